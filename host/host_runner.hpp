@@ -1,0 +1,19 @@
+#pragma once
+
+#include <ostream>
+
+#include "host/host_settings.hpp"
+
+namespace host {
+
+// One run of raidcfg once its command line is accepted: prepares the output and log
+// directories, hands the option record to the service and reports its result.
+class HostRunner {
+public:
+    // Prints the result line ("CODE MESSAGE") as the last line on out, problems of the host on
+    // err, and returns the exit status: the 16-bit result code, 1 when it does not fit, 5 when a
+    // directory cannot be made.
+    int Run(const HostSettings& settings, std::ostream& out, std::ostream& err) const;
+};
+
+} // namespace host
