@@ -15,7 +15,6 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "host/action_help.hpp"
 #include "host/bmc_address.hpp"
@@ -308,15 +307,10 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
         if (!ReadWholeFile(machine, content, reason)) {
             return Fail(machine_source + ": cannot read '" + machine + "': " + reason);
         }
-        const nlohmann::json parsed = nlohmann::json::parse(content, nullptr, false);
-        if (parsed.is_discarded()) {
-            return Fail(machine_source + ": '" + machine + "' is not valid JSON");
-        }
-        if (!parsed.is_object()) {
-            return Fail(machine_source + ": '" + machine + "' does not hold a JSON object");
-        }
+        // Its content is judged when the machine is put to use, before anything runs.
     }
     settings_.machine = machine;
+    settings_.machine_source = machine_source;
 
     option.command = words.front();
     option.output_dir = given("--output") ? WithSlash(values["--output"]) : std::string("./");

@@ -10,6 +10,7 @@
 #include "host/command_line.hpp"
 #include "result/tessel_result.hpp"
 #include "service/misc_raid_service/service_raid.hpp"
+#include "sim/simulated_machine.hpp"
 
 #ifndef RAIDCFG_VERSION
 #define RAIDCFG_VERSION "unknown"
@@ -58,6 +59,11 @@ std::string Where(const HostSettings& settings) {
 int HostRunner::Run(const HostSettings& settings, std::ostream& out, std::ostream& err) const {
     const RaidConfig::RaidConfigOption& option = settings.option;
     std::string reason;
+    // An unusable machine file stops the run before any file is written.
+    if (!settings.machine.empty() && !sim::SimulatedMachine::Use(settings.machine, reason)) {
+        err << "raidcfg: " << settings.machine_source << ": " << reason << '\n';
+        return CommandLine::kExitBadCommandLine;
+    }
     if (!MakeDirectory(option.output_dir, reason)) {
         err << "raidcfg: cannot create the output directory '" << option.output_dir
             << "': " << reason << '\n';

@@ -14,6 +14,8 @@ struct HostSettings {
     std::string log_dir;
     // --machine (or RAIDCFG_MACHINE): empty for the real machine, "demo", or a JSON file.
     std::string machine;
+    // Where machine came from, for messages: "--machine" or "RAIDCFG_MACHINE".
+    std::string machine_source = "--machine";
 };
 
 } // namespace host

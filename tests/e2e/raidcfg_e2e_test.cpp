@@ -259,7 +259,9 @@ TEST(RaidcfgE2eTest, Help) {
 
 TEST(RaidcfgE2eTest, SimulatedMachine) {
     raidcfg_test::TempDir dir;
-    const Outcome demo = RunRaidcfg(dir.path(), {"frobnicate", "--machine", "demo"});
+    raidcfg_test::TempDir state;
+    const Outcome demo = RunRaidcfg(dir.path(), {"frobnicate", "--machine", "demo"},
+                                    {{"XDG_STATE_HOME", state.path()}});
     EXPECT_EQ(demo.status, 1);
     EXPECT_EQ(LastLine(demo.out), "1 Generic Failure.");
 
@@ -269,8 +271,8 @@ TEST(RaidcfgE2eTest, SimulatedMachine) {
     const Outcome bad =
         RunRaidcfg(other.path(), {"show"}, {{"RAIDCFG_MACHINE", files.File("list.json")}});
     EXPECT_EQ(bad.status, 5);
-    EXPECT_EQ(bad.err, "raidcfg: RAIDCFG_MACHINE: '" + files.File("list.json") +
-                           "' does not hold a JSON object\n");
+    EXPECT_EQ(bad.err, "raidcfg: RAIDCFG_MACHINE: " + files.File("list.json") +
+                           ": (top): expected an object, got an array\n");
     EXPECT_TRUE(IsEmptyDir(other.path()));
 }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+// Every record that crosses between the service and the RAID backends, for code that wants them
+// all at once.
+
+#include "backend/arcconf_controller_info.hpp"
+#include "backend/arcconf_volume_cfg.hpp"
+#include "backend/config_vol.hpp"
+#include "backend/controller.hpp"
+#include "backend/disk.hpp"
+#include "backend/ekm_controller.hpp"
+#include "backend/fw_dev_order_controller.hpp"
+#include "backend/fw_dev_order_ctrl.hpp"
+#include "backend/m2_controller_object.hpp"
+#include "backend/m2_ctrl_info.hpp"
+#include "backend/m2_volume_info.hpp"
+#include "backend/microchip_config.hpp"
+#include "backend/microchip_ctrl.hpp"
+#include "backend/oob_micro_config.hpp"
+#include "backend/pool.hpp"
+#include "backend/protocol_disk.hpp"
+#include "backend/raid_result.hpp"
+#include "backend/raid_target.hpp"
+#include "backend/storcli_ctrl.hpp"
+#include "backend/sw_win_controller.hpp"
+#include "backend/table.hpp"
+#include "backend/vol_man_dev_config.hpp"
+#include "backend/vol_man_dev_ctrl.hpp"
+#include "backend/vol_raid_config.hpp"
+#include "backend/volume_object.hpp"

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Quillon {
+namespace protocol {
+
+// A volume of the out-of-band VROC backend: the request to create one, and a volume read back
+// for saving as policy.
+struct VolManDevConfig {
+    int controller_id = -1;
+    int volume_id = -1;
+    std::vector<std::vector<int>> disks; // disk ids, in span groups
+    std::string raid_level;
+    std::string vol_name;
+    std::string volume_size;
+    std::string strip_size;
+};
+
+} // namespace protocol
+} // namespace Quillon

@@ -1,0 +1,53 @@
+#include "sim/sim_fw_dev_order_driver.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "backend/fw_dev_order_controller.hpp"
+#include "sim/mode_setting.hpp"
+#include "sim/record_renderer.hpp"
+
+namespace sim {
+
+using namespace Quillon::RaidConfig;
+
+namespace {
+
+RaidErrorCode NoOrder(std::string& message) {
+    message = "the controller has no firmware device order";
+    return RAID_DEVICE_UNSUPPORTED;
+}
+
+} // namespace
+
+SimFwDevOrderDriver::SimFwDevOrderDriver(std::shared_ptr<MachineStore> store)
+    : access_(std::move(store), "OOB_LSI") {}
+
+SimFwDevOrderDriver::Code SimFwDevOrderDriver::GetController(int controller,
+                                                             FWDevOrderController& record,
+                                                             std::string& message) {
+    return access_.Act("GetController", controller, std::nullopt, false, message,
+                       [&record](Controller& c, std::string& error) {
+                           if (!c.fw_device_order) {
+                               return NoOrder(error);
+                           }
+                           record = FWDevOrderController();
+                           RecordRenderer::Render(c, record);
+                           return RAID_OK;
+                       });
+}
+
+SimFwDevOrderDriver::Code SimFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller,
+                                                                       const std::string& mode,
+                                                                       std::string& message) {
+    return access_.Act("TurnFirmwareDeviceOrder", controller, std::nullopt, true, message,
+                       [&mode](Controller& c, std::string& error) {
+                           if (!c.fw_device_order) {
+                               return NoOrder(error);
+                           }
+                           return ModeSetting::Change(*c.fw_device_order, c.fw_device_order_modes,
+                                                      mode, error);
+                       });
+}
+
+} // namespace sim
