@@ -19,7 +19,10 @@ RaidErrorCode FWDevOrder::GetController(const int& controller, FWDevOrderControl
     return driver_->GetController(controller, record, message_);
 }
 
-RaidErrorCode FWDevOrder::TurnFirmwareDeviceOrder(const int& controller, std::string mode) {
+// mode comes by value: the signature is the backend contract's.
+RaidErrorCode FWDevOrder::TurnFirmwareDeviceOrder(
+    const int& controller,
+    std::string mode) { // NOLINT(performance-unnecessary-value-param)
     message_.clear();
     return driver_->TurnFirmwareDeviceOrder(controller, mode, message_);
 }

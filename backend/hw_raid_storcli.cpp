@@ -34,7 +34,9 @@ RaidErrorCode HWRaidStorcli::GetFirmwareDeviceOrderCtrl(int controller,
     return driver().GetFirmwareDeviceOrderCtrl(controller, record, protocol_error_text);
 }
 
-RaidErrorCode HWRaidStorcli::SetFirmwareDeviceOrderCtrl(int controller, std::string mode) {
+// mode comes by value: the signature is the backend contract's.
+RaidErrorCode HWRaidStorcli::SetFirmwareDeviceOrderCtrl(
+    int controller, std::string mode) { // NOLINT(performance-unnecessary-value-param)
     return driver().SetFirmwareDeviceOrderCtrl(controller, mode, error_text);
 }
 

@@ -14,9 +14,11 @@ RaidRedfishHelper::RaidRedfishHelper(const QuillonConnection::ConnectionInfo& co
 
 RaidRedfishHelper::~RaidRedfishHelper() = default;
 
-void RaidRedfishHelper::getSupportInfo(const int& controller, const std::string& family,
-                                       std::string& max_stripe_size, std::string& min_stripe_size,
-                                       std::vector<std::string>& raid_levels, std::string url) {
+// url comes by value: the signature is the backend contract's.
+void RaidRedfishHelper::getSupportInfo(
+    const int& controller, const std::string& family, std::string& max_stripe_size,
+    std::string& min_stripe_size, std::vector<std::string>& raid_levels,
+    std::string url) { // NOLINT(performance-unnecessary-value-param)
     driver_->GetSupportInfo(controller, family, max_stripe_size, min_stripe_size, raid_levels, url);
 }
 

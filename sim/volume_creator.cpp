@@ -156,7 +156,7 @@ bool VolumeCreator::ParseStrip(const std::string& raw, int& kilobytes, std::stri
     }
     long long number = 0;
     std::string unit;
-    if (!SplitNumber(text, number, unit) || number > 1024 * 1024) {
+    if (!SplitNumber(text, number, unit) || number > 1024LL * 1024) {
         error = "strip size \"" + raw + "\" is not a size";
         return false;
     }

@@ -6,7 +6,7 @@ namespace {
 
 using sim::VolumeCreator;
 
-long long Usable(const std::string& level, std::vector<std::vector<int>> spans) {
+long long Usable(const std::string& level, const std::vector<std::vector<int>>& spans) {
     std::string error;
     return VolumeCreator::UsableMegabytes(level, spans, 1000, error);
 }
