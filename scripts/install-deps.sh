@@ -9,7 +9,7 @@ packages=(
     nlohmann-json3-dev libcurl4-openssl-dev libssl-dev libcpp-httplib-dev
     libcli11-dev libspdlog-dev libfmt-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    clang-format clang-tidy
+    clang clang-format clang-tidy
 )
 
 missing=()
