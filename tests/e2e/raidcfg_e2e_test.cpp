@@ -277,3 +277,50 @@ TEST(RaidcfgE2eTest, SimulatedMachine) {
 }
 
 } // namespace
+
+namespace {
+
+// The Quick start's first moment: the demo server shown on both roads.
+TEST(RaidcfgE2eTest, ShowOnTheDemoMachineListsEveryLocalControllerAndSavesTheXml) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const Outcome shown =
+        RunRaidcfg(dir.path(), {"show", "--machine", "demo"}, {{"XDG_STATE_HOME", state.path()}});
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_EQ(LastLine(shown.out), "0 Succeed.");
+    for (const char* title : {"Broadcom Controller Information", "Microchip Controller Information",
+                              "Marvell Controller Information", "VROC Controller Information",
+                              "Show Configuration Result"}) {
+        EXPECT_NE(shown.out.find(title), std::string::npos) << title;
+    }
+    EXPECT_TRUE(raidcfg_test::FileExists(dir.File("raid_show_result.xml")));
+    EXPECT_FALSE(raidcfg_test::FileExists(dir.File("raid_result.html")));
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_NE(report.find("<DEVICE>ctrl1</DEVICE>"), std::string::npos) << report;
+    EXPECT_TRUE(raidcfg_test::FileExists(state.File("raidcfg/demo-machine.json")));
+}
+
+TEST(RaidcfgE2eTest, ShowOutOfBandOnTheDemoMachineWritesTheResultPage) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const Outcome shown =
+        RunRaidcfg(dir.path(), {"show", "--machine", "demo", "--bmc", "admin:secret@sim", "-q"},
+                   {{"XDG_STATE_HOME", state.path()}});
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_EQ(shown.out, "0 Succeed.\n");
+    const std::string page = raidcfg_test::ReadFile(dir.File("raid_result.html"));
+    EXPECT_NE(page.find("RaidConfig Show"), std::string::npos);
+    EXPECT_EQ(page.find("secret"), std::string::npos);
+}
+
+TEST(RaidcfgE2eTest, ShowOutOfBandWithAWrongPasswordIsAuthenticationFailed) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const Outcome shown =
+        RunRaidcfg(dir.path(), {"show", "--machine", "demo", "--bmc", "admin@sim"},
+                   {{"XDG_STATE_HOME", state.path()}, {"RAIDCFG_BMC_PASSWORD", "nope"}});
+    EXPECT_EQ(shown.status, 12);
+    EXPECT_EQ(LastLine(shown.out), "12 Authentication failed.");
+}
+
+} // namespace

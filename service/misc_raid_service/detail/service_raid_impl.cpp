@@ -56,57 +56,5 @@ TesselResult ServiceRaidImpl::Run() {
     return outcome;
 }
 
-std::string ServiceRaidImpl::GetRaidShowResult() {
-    RAIDCFG_LOG(1) << "The show text is not available in this build.";
-    return {};
-}
-
-std::uint32_t ServiceRaidImpl::NotBuilt(const char* handler) {
-    RAIDCFG_LOG(4) << "Entering  service::detail::ServiceRaidImpl::" << handler;
-    RAIDCFG_LOG(1) << "The action \"" << option_.command << "\" is not available in this build.";
-    RAIDCFG_LOG(4) << "Exiting  service::detail::ServiceRaidImpl::" << handler;
-    return result::GenericFailure;
-}
-
-std::uint32_t ServiceRaidImpl::RaidShow() {
-    return NotBuilt("RaidShow");
-}
-std::uint32_t ServiceRaidImpl::RaidAdd() {
-    return NotBuilt("RaidAdd");
-}
-std::uint32_t ServiceRaidImpl::RaidSave() {
-    return NotBuilt("RaidSave");
-}
-std::uint32_t ServiceRaidImpl::RaidCfg() {
-    return NotBuilt("RaidCfg");
-}
-std::uint32_t ServiceRaidImpl::RaidMakeGood() {
-    return NotBuilt("RaidMakeGood");
-}
-std::uint32_t ServiceRaidImpl::RaidMakeJBOD() {
-    return NotBuilt("RaidMakeJBOD");
-}
-std::uint32_t ServiceRaidImpl::RaidFastInit() {
-    return NotBuilt("RaidFastInit");
-}
-std::uint32_t ServiceRaidImpl::RaidAddHotSpare() {
-    return NotBuilt("RaidAddHotSpare");
-}
-std::uint32_t ServiceRaidImpl::RaidRemoveHotSpare() {
-    return NotBuilt("RaidRemoveHotSpare");
-}
-std::uint32_t ServiceRaidImpl::RaidChangeConnectorMode() {
-    return NotBuilt("RaidChangeConnectorMode");
-}
-std::uint32_t ServiceRaidImpl::RaidFirmwareDeviceOrder() {
-    return NotBuilt("RaidFirmwareDeviceOrder");
-}
-std::uint32_t ServiceRaidImpl::ExternKeyManage() {
-    return NotBuilt("ExternKeyManage");
-}
-std::uint32_t ServiceRaidImpl::VolumeEncryption() {
-    return NotBuilt("VolumeEncryption");
-}
-
 } // namespace detail
 } // namespace service

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "collaborators/connection_info.hpp"
 #include "result/tessel_result.hpp"
 #include "service/misc_raid_service/raid_config_option.hpp"
 
@@ -44,6 +45,16 @@ private:
 
     // An action word whose road is not built into this library answers as an unknown word.
     std::uint32_t NotBuilt(const char* handler);
+
+    // Code 25: the action has no road here. The out-of-band CFC form refuses an action that
+    // has no road on such a system and otherwise takes the action's road.
+    std::uint32_t Refused(const char* handler);
+    std::uint32_t RefusedOutOfBandCfc(const char* handler);
+
+    // Fetches the BMC connection of an out-of-band run: REST when use_rest, else SSH. Only the
+    // low 16 bits of the fetch's value come back, on purpose: a connection failure reaches the
+    // user with the generic family's message.
+    std::uint32_t ConnectBmc(QuillonConnection::ConnectionInfo& info, bool use_rest);
 
 public:
     // Writes "raid_result.xml" into the output directory. Failures are logged, never thrown.

@@ -1,0 +1,181 @@
+// The action handlers on their three roads, over a simulated machine.
+#include "backend/backend_platform.hpp"
+#include "collaborators/log.hpp"
+#include "result/result_values.hpp"
+#include "service/misc_raid_service/detail/service_raid_impl.hpp"
+#include "sim/simulated_machine.hpp"
+#include "tests/support/file_text.hpp"
+#include "tests/support/temp_dir.hpp"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using raidcfg_test::FileExists;
+using raidcfg_test::ReadFile;
+using service::detail::ServiceRaidImpl;
+
+const char* const kMachine = R"({
+  "controllers": [
+    {"family": "LSI", "id": 0, "product_name": "RAID 9600-8i",
+     "disks": [{"id": 0, "state": "Online", "capacity_mb": 1000},
+               {"id": 1, "state": "Online", "capacity_mb": 1000}],
+     "volumes": [{"id": 0, "name": "os", "raid_level": "1", "spans": [[0, 1]], "size_mb": 1000}]},
+    {"family": "OOB_LSI", "id": 0, "product_name": "RAID 9600-16i",
+     "disks": [{"id": 0, "capacity_mb": 1000}]},
+    {"family": "OOB_CFC", "id": 0, "vendor": "Broadcom", "product_name": "RAID 945-8i",
+     "disks": [{"id": 0, "capacity_mb": 1000}]}
+  ]
+})";
+
+class HandlersTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string error;
+        ASSERT_TRUE(Quillon::SetLogDir(dir_.path(), error)) << error;
+        raidcfg_test::WriteFile(dir_.File("machine.json"), kMachine);
+        ASSERT_TRUE(sim::SimulatedMachine::Use(dir_.File("machine.json"), error)) << error;
+        option_.output_dir = dir_.path() + "/";
+        option_.console_output = false;
+    }
+    void TearDown() override { Quillon::RaidConfig::InstallBackendPlatform(nullptr); }
+
+    void OutOfBand(const std::string& password = "secret") {
+        option_.connect_option.kind = 2;
+        option_.connect_option.target = "admin:" + password + "@sim";
+        option_.connect_option.user = "admin";
+        option_.connect_option.password = password;
+    }
+
+    TesselResult Run(const std::string& word) {
+        option_.command = word;
+        ServiceRaidImpl impl(option_);
+        return impl.Run();
+    }
+
+    raidcfg_test::TempDir dir_;
+    RaidConfig::RaidConfigOption option_;
+};
+
+TEST_F(HandlersTest, InitWithoutAManagementControllerConnectionIsNotSupported) {
+    EXPECT_EQ(Run("init").value(), result::FunctionNotSupported);
+    option_.target = "0";
+    EXPECT_EQ(Run("init").message(), "Function is not supported on target system.");
+}
+
+TEST_F(HandlersTest, ChangemodeOutOfBandIsNotSupported) {
+    OutOfBand();
+    EXPECT_EQ(Run("changemode").code(), 25);
+}
+
+TEST_F(HandlersTest, ChangemodeOnACfcSystemIsNotSupportedOnEveryRoad) {
+    option_.cfc = true;
+    EXPECT_EQ(Run("changemode").code(), 25);
+    OutOfBand();
+    EXPECT_EQ(Run("changemode").code(), 25);
+}
+
+TEST_F(HandlersTest, DiskActionsAndInitOutOfBandOnACfcSystemAreRefused) {
+    OutOfBand();
+    option_.cfc = true;
+    for (const char* word : {"makegood", "makejbod", "addhsp", "rmhsp", "init"}) {
+        EXPECT_EQ(Run(word).code(), 25) << word;
+    }
+}
+
+TEST_F(HandlersTest, EkmInBandWithoutCredentialsAsksForThemAndTriesNoConnection) {
+    testing::internal::CaptureStdout();
+    const TesselResult outcome = Run("ekm");
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(outcome.code(), 5);
+    EXPECT_EQ(printed, "Please specify bmc username and bmc password\n");
+    EXPECT_NE(
+        ReadFile(dir_.File("raidcfg.log")).find("Please specify bmc username and bmc password"),
+        std::string::npos);
+}
+
+TEST_F(HandlersTest, RoadsWhoseOperationIsNotBuiltAnswerAsAnUnknownWord) {
+    for (const char* word : {"add", "save", "clear", "makegood", "makejbod", "addhsp", "rmhsp",
+                             "changemode", "fwdeviceorder", "envol"}) {
+        EXPECT_EQ(Run(word).value(), result::GenericFailure) << word;
+    }
+    OutOfBand();
+    for (const char* word : {"init", "ekm", "envol", "fwdeviceorder"}) {
+        EXPECT_EQ(Run(word).value(), result::GenericFailure) << word;
+    }
+}
+
+TEST_F(HandlersTest, ShowOnTheLocalRoadTakesItsRowsAndWritesNoPage) {
+    const TesselResult outcome = Run("show");
+    EXPECT_EQ(outcome.value(), result::Success);
+    const std::string xml = ReadFile(dir_.File("raid_result.xml"));
+    EXPECT_NE(xml.find("<DEVICE>ctrl1</DEVICE>"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("<RESULT>Success.</RESULT>"), std::string::npos) << xml;
+    EXPECT_TRUE(FileExists(dir_.File("raid_show_result.xml")));
+    EXPECT_FALSE(FileExists(dir_.File("raid_result.html")));
+}
+
+TEST_F(HandlersTest, ShowOutOfBandWritesTheResultPage) {
+    OutOfBand();
+    EXPECT_EQ(Run("show").value(), result::Success);
+    const std::string page = ReadFile(dir_.File("raid_result.html"));
+    EXPECT_NE(page.find("RaidConfig Show"), std::string::npos);
+    EXPECT_NE(page.find("RAID 9600-16i"), std::string::npos);
+    EXPECT_EQ(page.find("RAID 945-8i"), std::string::npos); // the CFC system is not this one
+}
+
+TEST_F(HandlersTest, ShowOutOfBandOnACfcSystemShowsTheCfcControllersOnly) {
+    OutOfBand();
+    option_.cfc = true;
+    EXPECT_EQ(Run("show").value(), result::Success);
+    const std::string page = ReadFile(dir_.File("raid_result.html"));
+    EXPECT_NE(page.find("RAID 945-8i"), std::string::npos);
+    EXPECT_EQ(page.find("RAID 9600-16i"), std::string::npos);
+}
+
+TEST_F(HandlersTest, AFailingConnectionEndsTheHandlerWithItsBareCode) {
+    OutOfBand("wrong");
+    const TesselResult outcome = Run("show");
+    EXPECT_EQ(outcome.value(), result::AuthenticationFailed);
+    EXPECT_EQ(outcome.message(), "Authentication failed.");
+    EXPECT_FALSE(FileExists(dir_.File("raid_result.html")));
+    EXPECT_TRUE(FileExists(dir_.File("raid_result.xml")));
+}
+
+// A connection library that fails with a value of the RAID family.
+class FamilyFailurePlatform : public Quillon::RaidConfig::BackendPlatform {
+public:
+    TesselResult FetchConnection(Channel /*channel*/,
+                                 const TesselConnect::ConnectOption& /*option*/,
+                                 QuillonConnection::ConnectionInfo& /*connection*/) override {
+        return TesselResult(result::RaidNoControllers);
+    }
+};
+
+TEST_F(HandlersTest, AConnectionResultOfAFamilyReachesTheUserWithCategoryZero) {
+    Quillon::RaidConfig::InstallBackendPlatform(std::make_shared<FamilyFailurePlatform>());
+    OutOfBand();
+    const TesselResult outcome = Run("show");
+    EXPECT_EQ(outcome.value(), 118U);
+    EXPECT_EQ(outcome.message(), "Unknow error"); // code 118 has no generic message
+}
+
+TEST_F(HandlersTest, ShowResultTextComesFromTheLocalClientEvenWithATarget) {
+    option_.target = "hw";
+    ServiceRaidImpl impl(option_);
+    const std::string text = impl.GetRaidShowResult();
+    // With a target the index map is empty, so nothing is collected.
+    EXPECT_EQ(text, "");
+    option_.target.clear();
+    ServiceRaidImpl local(option_);
+    EXPECT_NE(local.GetRaidShowResult().find("RAID 9600-8i"), std::string::npos);
+    EXPECT_FALSE(FileExists(dir_.File("raid_show_result.xml")));
+}
+
+TEST_F(HandlersTest, ShowResultTextOutOfBandIsEmptyWhenTheConnectionFails) {
+    OutOfBand("wrong");
+    ServiceRaidImpl impl(option_);
+    EXPECT_EQ(impl.GetRaidShowResult(), "");
+}
+
+} // namespace
