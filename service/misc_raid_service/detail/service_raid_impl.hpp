@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "collaborators/connection_info.hpp"
 #include "result/tessel_result.hpp"
@@ -50,6 +51,13 @@ private:
     // has no road on such a system and otherwise takes the action's road.
     std::uint32_t Refused(const char* handler);
     std::uint32_t RefusedOutOfBandCfc(const char* handler);
+
+    // Connects to the BMC and fetches its REST connections, as the REST-only actions need: the
+    // connection's bare code, or for a failing or empty list code 60 (list_failure_is_rest_data)
+    // or the list call's own value.
+    std::uint32_t ConnectRestList(QuillonConnection::ConnectionInfo& info, bool use_rest,
+                                  std::vector<QuillonConnection::ConnectionInfo>& list,
+                                  bool list_failure_is_rest_data);
 
     // Fetches the BMC connection of an out-of-band run: REST when use_rest, else SSH. Only the
     // low 16 bits of the fetch's value come back, on purpose: a connection failure reaches the

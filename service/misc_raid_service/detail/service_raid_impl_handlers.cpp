@@ -1,6 +1,9 @@
 // The action handlers: each picks the road of its action (out-of-band through the BMC, in-band
 // with targets, or local), builds the object that serves it and takes over its rows.
 #include <iostream>
+#include <vector>
+
+#include <boost/algorithm/string/case_conv.hpp>
 
 #include "collaborators/log.hpp"
 #include "collaborators/tessel_connect.hpp"
@@ -121,24 +124,70 @@ std::uint32_t ServiceRaidImpl::RaidChangeConnectorMode() {
 }
 
 std::uint32_t ServiceRaidImpl::RaidFirmwareDeviceOrder() {
-    return NotBuilt("RaidFirmwareDeviceOrder");
+    if (!out_of_band_) {
+        return NotBuilt("RaidFirmwareDeviceOrder");
+    }
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidFirmwareDeviceOrder";
+    QuillonConnection::ConnectionInfo info;
+    std::vector<QuillonConnection::ConnectionInfo> list;
+    std::uint32_t value = ConnectRestList(info, option_.cfc, list, true);
+    if (value == result::Success) {
+        value = NotBuilt("RaidFirmwareDeviceOrder");
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidFirmwareDeviceOrder";
+    return value;
+}
+
+std::uint32_t ServiceRaidImpl::ConnectRestList(QuillonConnection::ConnectionInfo& info,
+                                               bool use_rest,
+                                               std::vector<QuillonConnection::ConnectionInfo>& list,
+                                               bool list_failure_is_rest_data) {
+    const std::uint32_t connected = ConnectBmc(info, use_rest);
+    if (connected != 0) {
+        return connected;
+    }
+    const TesselResult listed = TesselConnect::GetRESTConnectionList(option_.connect_option, list);
+    if (listed != 0U || list.empty()) {
+        // Out-of-band any failure of the list is the REST data failure; in-band the list call's
+        // own value stands, so an empty list with success ends the action with success.
+        return list_failure_is_rest_data ? result::RestDataFailed : listed.value();
+    }
+    return result::Success;
 }
 
 std::uint32_t ServiceRaidImpl::ExternKeyManage() {
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "ExternKeyManage";
     if (!out_of_band_ &&
         (option_.connect_option.user.empty() || option_.connect_option.password.empty())) {
         // In-band the BMC's REST interface is reached with credentials the user must give.
-        RAIDCFG_LOG(4) << "Entering  " << kScope << "ExternKeyManage";
         std::cout << "Please specify bmc username and bmc password" << std::endl;
         RAIDCFG_LOG(3) << "Please specify bmc username and bmc password";
         RAIDCFG_LOG(4) << "Exiting  " << kScope << "ExternKeyManage";
         return result::InvalidParameter;
     }
-    return NotBuilt("ExternKeyManage");
+    QuillonConnection::ConnectionInfo info;
+    std::vector<QuillonConnection::ConnectionInfo> list;
+    std::uint32_t value = ConnectRestList(info, out_of_band_ && option_.cfc, list, out_of_band_);
+    if (value == result::Success && !list.empty()) {
+        value = NotBuilt("ExternKeyManage");
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "ExternKeyManage";
+    return value;
 }
 
 std::uint32_t ServiceRaidImpl::VolumeEncryption() {
-    return NotBuilt("VolumeEncryption");
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "VolumeEncryption";
+    QuillonConnection::ConnectionInfo info;
+    std::vector<QuillonConnection::ConnectionInfo> list;
+    std::uint32_t value = ConnectRestList(info, out_of_band_ && option_.cfc, list, out_of_band_);
+    if (value == result::Success && !list.empty()) {
+        // Only enabling is offered, and the word is judged once connected.
+        const std::string mode = boost::algorithm::to_lower_copy(option_.mode_value);
+        value = !option_.mode_value.empty() && mode != "enable" ? result::RaidOnlyEnableEncryption
+                                                                : NotBuilt("VolumeEncryption");
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "VolumeEncryption";
+    return value;
 }
 
 } // namespace detail

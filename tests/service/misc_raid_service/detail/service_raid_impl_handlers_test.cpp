@@ -40,6 +40,15 @@ protected:
     }
     void TearDown() override { Quillon::RaidConfig::InstallBackendPlatform(nullptr); }
 
+    // The same machine with another BMC section.
+    void UseBmc(const std::string& bmc) {
+        std::string text = kMachine;
+        text.insert(1, "\n  \"bmc\": " + bmc + ",");
+        raidcfg_test::WriteFile(dir_.File("machine.json"), text);
+        std::string error;
+        ASSERT_TRUE(sim::SimulatedMachine::Use(dir_.File("machine.json"), error)) << error;
+    }
+
     void OutOfBand(const std::string& password = "secret") {
         option_.connect_option.kind = 2;
         option_.connect_option.target = "admin:" + password + "@sim";
@@ -94,9 +103,44 @@ TEST_F(HandlersTest, EkmInBandWithoutCredentialsAsksForThemAndTriesNoConnection)
         std::string::npos);
 }
 
+TEST_F(HandlersTest, EkmOutOfBandWithAnUnreachableRestListAnswersSixty) {
+    OutOfBand();
+    UseBmc(R"({"rest_connections": 0})");
+    EXPECT_EQ(Run("ekm").value(), result::RestDataFailed);
+    UseBmc(R"({"rest": false})");
+    EXPECT_EQ(Run("ekm").value(), result::RestDataFailed);
+    EXPECT_EQ(Run("fwdeviceorder").value(), result::RestDataFailed);
+    EXPECT_EQ(Run("envol").value(), result::RestDataFailed);
+}
+
+TEST_F(HandlersTest, EkmInBandAnswersWithTheListCallsOwnValue) {
+    option_.connect_option.user = "admin";
+    option_.connect_option.password = "secret";
+    UseBmc(R"({"rest": false})");
+    EXPECT_EQ(Run("ekm").value(), result::ConnectionFailed);
+    // An empty list with success ends the action with success and nothing done.
+    UseBmc(R"({"rest_connections": 0})");
+    EXPECT_EQ(Run("ekm").value(), result::Success);
+    EXPECT_EQ(Run("envol").value(), result::Success);
+}
+
+TEST_F(HandlersTest, EnvolWithAnotherWordThanEnableAnswers104AfterConnecting) {
+    OutOfBand();
+    option_.mode_value = "disable";
+    const TesselResult refused = Run("envol");
+    EXPECT_EQ(refused.code(), 104);
+    EXPECT_EQ(refused.message(),
+              "Tessel can only enable Volume Encryption, cannot perform other operations.");
+    OutOfBand("wrong"); // the connection comes first
+    EXPECT_EQ(Run("envol").code(), 12);
+    OutOfBand();
+    option_.mode_value = "ENABLE"; // any letter case; its road lands with volume encryption
+    EXPECT_EQ(Run("envol").value(), result::GenericFailure);
+}
+
 TEST_F(HandlersTest, RoadsWhoseOperationIsNotBuiltAnswerAsAnUnknownWord) {
     for (const char* word : {"add", "save", "clear", "makegood", "makejbod", "addhsp", "rmhsp",
-                             "changemode", "fwdeviceorder", "envol"}) {
+                             "changemode", "fwdeviceorder"}) {
         EXPECT_EQ(Run(word).value(), result::GenericFailure) << word;
     }
     OutOfBand();
