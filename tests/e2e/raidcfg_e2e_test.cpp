@@ -1,6 +1,7 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,12 +27,18 @@ struct Outcome {
 };
 
 // Runs raidcfg with args in dir, stdout and stderr captured apart. The environment is the test's
-// own without any RAIDCFG_ variable, plus env.
+// own without any RAIDCFG_ variable, plus env. With input, standard input reads that text;
+// without, the program shares the test's own standard input.
 Outcome RunRaidcfg(const std::string& dir, const std::vector<std::string>& args,
-                   const std::map<std::string, std::string>& env = {}) {
+                   const std::map<std::string, std::string>& env = {},
+                   const std::optional<std::string>& input = std::nullopt) {
     raidcfg_test::TempDir capture;
     const std::string out_path = capture.File("stdout");
     const std::string err_path = capture.File("stderr");
+    const std::string in_path = capture.File("stdin");
+    if (input) {
+        raidcfg_test::WriteFile(in_path, *input);
+    }
 
     std::vector<std::string> environment;
     for (char** entry = environ; *entry != nullptr; ++entry) {
@@ -65,6 +72,12 @@ Outcome RunRaidcfg(const std::string& dir, const std::vector<std::string>& args,
         if (out_fd < 0 || err_fd < 0 || chdir(dir.c_str()) != 0 || dup2(out_fd, 1) < 0 ||
             dup2(err_fd, 2) < 0) {
             _exit(126);
+        }
+        if (input) {
+            const int in_fd = open(in_path.c_str(), O_RDONLY);
+            if (in_fd < 0 || dup2(in_fd, 0) < 0) {
+                _exit(126);
+            }
         }
         execve(argv[0], argv.data(), env_pointers.data());
         _exit(127);
@@ -321,6 +334,253 @@ TEST(RaidcfgE2eTest, ShowOutOfBandWithAWrongPasswordIsAuthenticationFailed) {
                    {{"XDG_STATE_HOME", state.path()}, {"RAIDCFG_BMC_PASSWORD", "nope"}});
     EXPECT_EQ(shown.status, 12);
     EXPECT_EQ(LastLine(shown.out), "12 Authentication failed.");
+}
+
+} // namespace
+
+namespace {
+
+// A server with one controller of each in-band family. Configured, it holds volumes and hot
+// spares as a save finds them; cleared, the same disks stand free, as on a machine that the saved
+// policy file is to be applied to. Flat numbers: LSI 1, Microchip 2, M.2 3, software RAID 4.
+std::string InBandServer(bool configured) {
+    const std::string member = configured ? "Online" : "UGood";
+    const std::string dedicated = configured ? "DHS" : "UGood";
+    const std::string global = configured ? "GHS" : "UGood";
+    const auto disk = [](int id, const std::string& state, int capacity_mb) {
+        return R"({"id": )" + std::to_string(id) + R"(, "slot_no": ")" + std::to_string(id) +
+               R"(", "state": ")" + state + R"(", "capacity_mb": )" + std::to_string(capacity_mb) +
+               "}";
+    };
+    const auto when = [configured](const std::string& text) {
+        return configured ? text : std::string();
+    };
+    return R"({"persist": true, "controllers": [
+  {"family": "LSI", "id": 0, "raid_levels": ["0", "1", "5", "10"], "min_stripe_kb": 64,
+   "max_stripe_kb": 1024, "disks": [)" +
+           disk(0, member, 953869) + ", " + disk(1, member, 953869) + ", " +
+           disk(2, member, 953869) + ", " + disk(3, member, 953869) + ", " +
+           disk(4, member, 953869) + ", " + disk(5, dedicated, 953869) + ", " +
+           disk(6, global, 953869) + "]" + when(R"(,
+   "volumes": [
+     {"id": 0, "name": "os", "raid_level": "1", "spans": [[0, 1]], "size_mb": 953869,
+      "strip_kb": 256, "write_policy": 1, "read_policy": 1},
+     {"id": 1, "name": "data", "raid_level": "5", "spans": [[2, 3, 4]], "size_mb": 1907738,
+      "strip_kb": 128, "write_policy": 2, "io_policy": 1, "cache_policy": 2,
+      "dedicated_spares": [5]}],
+   "global_hot_spares": [6])") +
+           R"(},
+  {"family": "MICROCHIP", "id": 0, "min_stripe_kb": 16, "max_stripe_kb": 1024, "disks": [)" +
+           disk(0, member, 1831054) + ", " + disk(1, member, 1831054) + ", " +
+           disk(2, member, 1831054) + ", " + disk(3, member, 1831054) + ", " +
+           disk(4, global, 1831054) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "db", "raid_level": "10", "spans": [[0, 1], [2, 3]],
+                "size_mb": 3662108, "strip_kb": 256}],
+   "global_hot_spares": [4])") +
+           R"(},
+  {"family": "M2", "id": 0, "raid_levels": ["0", "1"], "min_stripe_kb": 32,
+   "max_stripe_kb": 128, "disks": [)" +
+           disk(0, member, 457763) + ", " + disk(1, member, 457763) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "boot", "raid_level": "1", "spans": [[0, 1]],
+                "size_mb": 457763, "strip_kb": 64}])") +
+           R"(},
+  {"family": "VROC_WIN", "id": 0, "raid_levels": ["0", "1", "5", "10"], "disks": [)" +
+           disk(0, member, 3662109) + ", " + disk(1, member, 3662109) + ", " +
+           disk(2, member, 3662109) + ", " + disk(3, global, 3662109) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "Volume0", "raid_level": "5", "spans": [[0, 1, 2]],
+                "size_mb": 7324218, "strip_kb": 64}],
+   "global_hot_spares": [3])") +
+           R"(}
+]})";
+}
+
+TEST(RaidcfgE2eTest, SaveWritesThePolicyFileOfTheMachine) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), InBandServer(true));
+    const Outcome saved =
+        RunRaidcfg(dir.path(), {"save", "--file", "saved.ini", "--machine", "machine.json"});
+    EXPECT_EQ(saved.status, 0) << saved.out << saved.err;
+    EXPECT_EQ(LastLine(saved.out), "0 Succeed.");
+    EXPECT_NE(saved.out.find("Save Configuration Result"), std::string::npos) << saved.out;
+    ASSERT_TRUE(raidcfg_test::FileExists(dir.File("saved.ini")));
+    const std::string text = raidcfg_test::ReadFile(dir.File("saved.ini"));
+    for (const char* head :
+         {"[ctrl1-vol0]\n", "[ctrl1-vol1]\n", "[ctrl1]\n    global_hot_spares=6\n",
+          "[ctrl2-vol0]\n", "[ctrl2]\n", "[ctrl3-vol0]\n", "[ctrl4-vol0]\n", "[ctrl4]\n"}) {
+        EXPECT_NE(text.find(head), std::string::npos) << head << "\n" << text;
+    }
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_NE(report.find("<DEVICE>ctrl4</DEVICE>"), std::string::npos) << report;
+}
+
+TEST(RaidcfgE2eTest, ASavedPolicyFileIsAcceptedByAddOnTheClearedMachine) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), InBandServer(true));
+    const Outcome saved =
+        RunRaidcfg(dir.path(), {"save", "--file", "saved.ini", "--machine", "machine.json"});
+    ASSERT_EQ(saved.status, 0) << saved.out << saved.err;
+
+    // The same server with its volumes and hot spares cleared takes the file back whole: every
+    // size and strip the simulated backends report fits what add checks.
+    raidcfg_test::WriteFile(dir.File("cleared.json"), InBandServer(false));
+    const Outcome added = RunRaidcfg(
+        dir.path(), {"add", "--file", "saved.ini", "--yes", "--machine", "cleared.json", "-q"});
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+
+    // Saved again, the cleared server gives the same file: each run is a process of its own, so
+    // the software RAID volumes are numbered from 0 both times.
+    const Outcome again =
+        RunRaidcfg(dir.path(), {"save", "--file", "again.ini", "--machine", "cleared.json", "-q"});
+    EXPECT_EQ(again.status, 0) << again.out << again.err;
+    EXPECT_EQ(raidcfg_test::ReadFile(dir.File("again.ini")),
+              raidcfg_test::ReadFile(dir.File("saved.ini")));
+}
+
+TEST(RaidcfgE2eTest, SaveToOutputPutsThePolicyFileInTheOutputDirectory) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const Outcome saved = RunRaidcfg(dir.path(),
+                                     {"save", "--file", "saved.ini", "--output", "out",
+                                      "--save-to-output", "--machine", "demo", "-q"},
+                                     {{"XDG_STATE_HOME", state.path()}});
+    EXPECT_EQ(saved.status, 0) << saved.out << saved.err;
+    EXPECT_TRUE(raidcfg_test::FileExists(dir.File("out/saved.ini")));
+    EXPECT_FALSE(raidcfg_test::FileExists(dir.File("saved.ini")));
+}
+
+TEST(RaidcfgE2eTest, SaveOutOfBandOnTheDemoMachineWritesThePolicyFileAndThePage) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const Outcome saved = RunRaidcfg(
+        dir.path(),
+        {"save", "--file", "oob.ini", "--machine", "demo", "--bmc", "admin:secret@sim", "-q"},
+        {{"XDG_STATE_HOME", state.path()}});
+    EXPECT_EQ(saved.status, 0) << saved.out << saved.err;
+    EXPECT_EQ(saved.out, "0 Succeed.\n");
+    const std::string text = raidcfg_test::ReadFile(dir.File("oob.ini"));
+    EXPECT_EQ(text.rfind("[ctrl1-vol0]\n", 0), 0U) << text;
+    const std::string page = raidcfg_test::ReadFile(dir.File("raid_result.html"));
+    EXPECT_NE(page.find("RaidConfig Save"), std::string::npos);
+}
+
+TEST(RaidcfgE2eTest, SaveWithoutAFileIsAnInvalidParameter) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const Outcome saved = RunRaidcfg(dir.path(), {"save", "--machine", "demo", "-q"},
+                                     {{"XDG_STATE_HOME", state.path()}});
+    EXPECT_EQ(saved.status, 5);
+    EXPECT_EQ(LastLine(saved.out), "5 Invalid parameter.");
+}
+
+} // namespace
+
+namespace {
+
+// For the demo server: a global hot spare and a volume on its LSI controller (number 1), and a
+// mirror on its Microchip controller (number 2), all on disks that stand free there.
+const char* const kDemoAddPolicy = R"([ctrl1]
+global_hot_spares=8
+[ctrl1-vol2]
+disks=7
+raid_level=0
+vol_name=e2e_data
+volume_size=100GB
+[ctrl2-vol1]
+disks=5,6
+raid_level=1
+vol_name=e2e_fast
+volume_size=100GB
+)";
+
+// The text without any white space, so that a check does not depend on how it is laid out.
+std::string Squeezed(const std::string& text) {
+    std::string squeezed;
+    for (const char c : text) {
+        if (c != ' ' && c != '\n' && c != '\r' && c != '\t') {
+            squeezed.push_back(c);
+        }
+    }
+    return squeezed;
+}
+
+TEST(RaidcfgE2eTest, AddWithYesCreatesWhatThePolicyFileAsksFor) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    raidcfg_test::WriteFile(dir.File("add.ini"), kDemoAddPolicy);
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "add.ini", "--yes", "--machine", "demo"}, env);
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+    EXPECT_EQ(added.out.find("Please type yes(y) or no(n):"), std::string::npos) << added.out;
+    for (const char* row : {"ctrl1-disk8    Disk has been assigned global hot spare sucessfully.",
+                            "ctrl1-vol2     Volume has been created successfully.",
+                            "ctrl2-vol1     Volume has been created successfully."}) {
+        EXPECT_NE(added.out.find(row), std::string::npos) << row << "\n" << added.out;
+    }
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_NE(report.find("<DEVICE>ctrl1-vol2</DEVICE>"), std::string::npos) << report;
+
+    const Outcome shown = RunRaidcfg(dir.path(), {"show", "--machine", "demo"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_NE(shown.out.find("e2e_data"), std::string::npos) << shown.out;
+    EXPECT_NE(shown.out.find("e2e_fast"), std::string::npos) << shown.out;
+
+    const std::string machine =
+        Squeezed(raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json")));
+    EXPECT_NE(machine.find(R"("name":"e2e_data","raid_level":"0","spans":[[7]])"),
+              std::string::npos);
+    EXPECT_NE(machine.find(R"("name":"e2e_fast","raid_level":"1","spans":[[5,6]])"),
+              std::string::npos);
+    EXPECT_NE(machine.find(R"("global_hot_spares":[6,8])"), std::string::npos);
+}
+
+TEST(RaidcfgE2eTest, AddWithoutYesAsksOnStandardInputAndNoChangesNothing) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    raidcfg_test::WriteFile(dir.File("add.ini"), kDemoAddPolicy);
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    // The first run puts the demo machine's file in place.
+    ASSERT_EQ(RunRaidcfg(dir.path(), {"show", "--machine", "demo", "-q"}, env).status, 0);
+    const std::string before = raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json"));
+
+    const Outcome declined = RunRaidcfg(
+        dir.path(), {"add", "--file", "add.ini", "--machine", "demo"}, env, std::string("n\n"));
+    EXPECT_EQ(declined.status, 0) << declined.out << declined.err;
+    EXPECT_EQ(LastLine(declined.out), "0 Succeed.");
+    EXPECT_NE(declined.out.find("Are you sure you want to continue creating the config.\n"
+                                "Please type yes(y) or no(n):\n"),
+              std::string::npos)
+        << declined.out;
+    EXPECT_NE(declined.out.find("[ctrl1-vol2]"), std::string::npos) << declined.out;
+    EXPECT_EQ(declined.out.find("Add Configuration Result"), std::string::npos) << declined.out;
+    EXPECT_EQ(raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json")), before);
+
+    const Outcome accepted = RunRaidcfg(
+        dir.path(), {"add", "--file", "add.ini", "--machine", "demo"}, env, std::string("y\n"));
+    EXPECT_EQ(accepted.status, 0) << accepted.out << accepted.err;
+    EXPECT_NE(accepted.out.find("Add Configuration Result"), std::string::npos) << accepted.out;
+    EXPECT_NE(raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json")), before);
+}
+
+TEST(RaidcfgE2eTest, AddOutOfBandOnAMachineFileWritesThePage) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), R"({"controllers": [
+  {"family": "OOB_LSI", "id": 3,
+   "disks": [{"id": 0, "capacity_mb": 953869}, {"id": 1, "capacity_mb": 953869}]}]})");
+    raidcfg_test::WriteFile(dir.File("add.ini"), "[ctrl1-vol0]\ndisks=0,1\nraid_level=1\n"
+                                                 "vol_name=oob\nvolume_size=50%\n");
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "add.ini", "--yes", "--machine", "machine.json",
+                                "--bmc", "admin:secret@sim", "-q"});
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+    const std::string page = raidcfg_test::ReadFile(dir.File("raid_result.html"));
+    EXPECT_NE(page.find("RaidConfig Add"), std::string::npos);
+    const std::string machine = Squeezed(raidcfg_test::ReadFile(dir.File("machine.json")));
+    EXPECT_NE(machine.find(R"("name":"oob","raid_level":"1","spans":[[0,1]])"), std::string::npos)
+        << machine;
 }
 
 } // namespace

@@ -196,9 +196,12 @@ std::array<std::string, 4> RaidClient::ResultWords() const {
 }
 
 void RaidClient::RegisterFamily(RaidTarget::Type type) {
-    // Only the show members exist so far: the change that brings an action (save, add) registers
-    // its own members here, so save_functions_, save_without_index_functions_ and add_functions_
-    // stay empty until then.
+    RegisterShowMembers(type);
+    RegisterAddMembers(type);
+    RegisterSaveMembers(type);
+}
+
+void RaidClient::RegisterShowMembers(RaidTarget::Type type) {
     switch (type) {
     case RaidTarget::LSI:
         show_functions_[type] = [this](const RaidIndex& index) { ShowLSIController(index); };

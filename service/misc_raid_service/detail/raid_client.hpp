@@ -69,6 +69,29 @@ public:
     // `ctrl_index` say; no file, no result table, no summary.
     std::string GetShowResult();
 
+    // --- Add (raid_client_add.cpp) ---
+    // Applies the policy file `policy_file`: shows it, asks for a confirmation unless
+    // `assume_yes`, then assigns the global hot spares and creates the volumes it asks for.
+    std::uint32_t Add();
+    // The flat-number road of Add: the controllers the file's sections name, or only
+    // `ctrl_index`.
+    std::uint32_t AddIndex(RaidConfigParser& parser);
+    // Prints the policy file as it will be read, so the user confirms with it in view.
+    std::uint32_t ShowPolicyFile(const std::string& path);
+    // A backend's text speaks of the controller's own id; the user knows the flat number. Each
+    // "ctrl[<id>]" becomes "ctrl[<index>]"; a text without one passes unchanged.
+    static std::string ReplaceControllerId(const std::string& text, int id, int index);
+
+    // --- Save (raid_client_save.cpp) ---
+    // Writes the configuration of the selected controllers as a policy file at `policy_file`,
+    // once, after all of them, and leaves one row per controller asked about.
+    std::uint32_t Save();
+    // The flat-number road of Save, writing to path: every number (a controller without
+    // configuration is left out silently) or only `ctrl_index`.
+    std::uint32_t SaveIndex(const std::string& path);
+    // The section number the next software RAID volume saved in this process gets.
+    static int NextVrocWinVolumeNumber();
+
     // --- Outcome (raid_client_outcome.cpp) ---
 
     // The rows as one "Device"/"Result" table: on the console when `console_output` is set, and
@@ -169,6 +192,10 @@ private:
     void FillTexts();
     // Binds the members of one family into the function maps that exist so far.
     void RegisterFamily(RaidTarget::Type type);
+    // Each action binds its own family members into its function maps.
+    void RegisterShowMembers(RaidTarget::Type type);
+    void RegisterAddMembers(RaidTarget::Type type);
+    void RegisterSaveMembers(RaidTarget::Type type);
     // A fresh backend of a family, built as that family is: in-band ones from nothing,
     // out-of-band ones with the connection.
     std::shared_ptr<Raid> MakeBackend(RaidTarget::Type type) const;
@@ -196,6 +223,92 @@ private:
 
     // A message for the user: standard output and the log at level 3.
     static void Tell(const std::string& text);
+
+    // --- Add (raid_client_add.cpp) ---
+    // The named-target road of Add: OOB_LSI and OOB_M2 targets, whose sections carry the
+    // controllers' own ids.
+    std::uint32_t AddTarget(RaidConfigParser& parser);
+    // One family member per family number, each reading the section of its flat number, checking
+    // it and applying it in the family's own order of steps.
+    void AddLSIConfig(const RaidIndex& index, RaidConfigParser& parser);
+    void AddMicrochipConfig(const RaidIndex& index, RaidConfigParser& parser);
+    void AddM2Config(const RaidIndex& index, RaidConfigParser& parser);
+    void AddVroc_winConfig(const RaidIndex& index, RaidConfigParser& parser);
+    void AddOobLSIConfig(const RaidIndex& index, RaidConfigParser& parser);
+    void AddOobLSIMicrochipM2ConfigCFC(const RaidIndex& index, RaidConfigParser& parser);
+    void AddOobM2Config(const RaidIndex& index, RaidConfigParser& parser);
+    void AddOobMicrochipConfig(const RaidIndex& index, RaidConfigParser& parser);
+    void AddOobVrocConfig(const RaidIndex& index, RaidConfigParser& parser);
+    // The hot spare step of the flat-number road: each disk of the list made a global hot spare
+    // of the record's controller, one row each. refusal_text: whether code 15 has words of its
+    // own; the families without them show the backend's text.
+    void AddIndexHotSpares(const RaidIndex& index, const std::string& global_hot_spares,
+                           bool refusal_text);
+
+    // --- Save (raid_client_save.cpp) ---
+    // The named-target road of Save for one controller of an OOB_LSI or OOB_M2 target. named:
+    // the target listed its ids, so a controller without configuration is a row.
+    void SaveTargetConfig(RaidTarget::Type type, int id, bool named, Raid& backend,
+                          std::string& text);
+    // Writes the text, when there is any, and ends the action with the result table.
+    std::uint32_t FinishSave(const std::string& path, const std::string& text);
+    // The row of one controller's save after its backend answered code; returns code.
+    RaidErrorCode SaveOutcome(const RaidIndex& index, RaidErrorCode code, bool named,
+                              Raid& backend);
+    // One member per family number and one twin each, bound in the two save maps. The twins
+    // serve the walk over all controllers and add no row for code 10 (no configuration).
+    RaidErrorCode SaveLSIConfig(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveLSIConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveMicrochipConfig(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveMicrochipConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveM2Config(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveM2ConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveVroc_winConfig(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveVroc_winConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobLSIConfig(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobLSIConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobLSIMicrochipM2ConfigCFC(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobLSIMicrochipM2ConfigCFCWithoutIndex(const RaidIndex& index,
+                                                             std::string& text);
+    RaidErrorCode SaveOobM2Config(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobM2ConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobMicrochipConfig(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobMicrochipConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobVrocConfig(const RaidIndex& index, std::string& text);
+    RaidErrorCode SaveOobVrocConfigWithoutIndex(const RaidIndex& index, std::string& text);
+    // What each pair shares: read the controller, cast it to text, leave the row. A backend of
+    // another class answers 26 without a row.
+    RaidErrorCode SaveLSIFamily(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveMicrochipFamily(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveM2Family(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveVrocWinFamily(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveOobLSIFamily(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveCfcFamily(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveOobM2Family(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveOobMicrochipFamily(const RaidIndex& index, std::string& text, bool named);
+    RaidErrorCode SaveOobVrocFamily(const RaidIndex& index, std::string& text, bool named);
+    // A controller's records as policy file sections: its volumes, then its global hot spares.
+    // index is the flat number that heads the sections, -1 for a named target, whose own id
+    // heads them then. vendor matters on a CFC system only.
+    std::string CastLSIConfig(int index, int id,
+                              const std::vector<Quillon::RaidConfig::VolumeObject>& volumes,
+                              const std::vector<int>& hot_spares, const std::string& vendor) const;
+    static std::string CastMicrochipConfig(int index, int id,
+                                           const std::vector<Quillon::ARCCONF::VolumeCfg>& volumes,
+                                           const std::vector<std::string>& hot_spares);
+    static std::string CastM2Config(int index, int id,
+                                    const Quillon::RaidConfig::M2VolumeInfo& volume);
+    static std::string
+    CastOobMicrochipConfig(int index, int id,
+                           const std::vector<Quillon::protocol::OobMicroConfig>& volumes);
+    static std::string
+    CastOobVrocConfig(int index, int id,
+                      const std::vector<Quillon::protocol::VolManDevConfig>& volumes,
+                      const std::vector<int>& hot_spares);
+    static std::string
+    Castvroc_winConfig(int index, int id,
+                       const std::vector<Quillon::RaidConfig::SWWinArray>& arrays,
+                       const std::vector<int>& hot_spares);
 
     // --- Show (raid_client_show.cpp) ---
 

@@ -78,10 +78,54 @@ std::string ServiceRaidImpl::GetRaidShowResult() {
 // refusals that need no operation already stand, so a refused action is refused today.
 
 std::uint32_t ServiceRaidImpl::RaidAdd() {
-    return NotBuilt("RaidAdd");
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidAdd";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, option_.cfc);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidAdd";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.Add();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else if (!option_.target.empty()) {
+        // The in-band road with targets is served by the in-band driver, not built yet.
+        value = NotBuilt("RaidAdd");
+    } else {
+        RaidClient client(option_);
+        value = client.Add();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidAdd";
+    return value;
 }
 std::uint32_t ServiceRaidImpl::RaidSave() {
-    return NotBuilt("RaidSave");
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidSave";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, option_.cfc);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidSave";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.Save();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else if (!option_.target.empty()) {
+        // The in-band road with targets is served by the in-band driver, not built yet.
+        value = NotBuilt("RaidSave");
+    } else {
+        RaidClient client(option_);
+        value = client.Save();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidSave";
+    return value;
 }
 std::uint32_t ServiceRaidImpl::RaidCfg() {
     return NotBuilt("RaidCfg");

@@ -278,19 +278,23 @@ TEST_F(RaidClientTest, ConstructorAndDestructorLogEnteringAndExiting) {
 
 // --- Function maps ---
 
-TEST_F(RaidClientTest, LocalClientRegistersTheShowMembersOfFamiliesZeroToThree) {
+TEST_F(RaidClientTest, LocalClientRegistersTheMembersOfFamiliesZeroToThree) {
     const RaidClient client(option_);
-    EXPECT_EQ(Keys(client.show_functions()), (std::vector<int>{0, 1, 2, 3}));
-    // Registered by the changes that bring save and add.
-    EXPECT_TRUE(client.save_functions().empty());
-    EXPECT_TRUE(client.save_without_index_functions().empty());
-    EXPECT_TRUE(client.add_functions().empty());
+    const std::vector<int> families{0, 1, 2, 3};
+    EXPECT_EQ(Keys(client.show_functions()), families);
+    EXPECT_EQ(Keys(client.save_functions()), families);
+    EXPECT_EQ(Keys(client.save_without_index_functions()), families);
+    EXPECT_EQ(Keys(client.add_functions()), families);
 }
 
 TEST_F(RaidClientTest, ConnectionClientRegistersFamiliesFourAndSixToEight) {
     OutOfBand();
     const RaidClient client(option_, QuillonConnection::ConnectionInfo());
-    EXPECT_EQ(Keys(client.show_functions()), (std::vector<int>{4, 6, 7, 8}));
+    const std::vector<int> families{4, 6, 7, 8};
+    EXPECT_EQ(Keys(client.show_functions()), families);
+    EXPECT_EQ(Keys(client.save_functions()), families);
+    EXPECT_EQ(Keys(client.save_without_index_functions()), families);
+    EXPECT_EQ(Keys(client.add_functions()), families);
 }
 
 TEST_F(RaidClientTest, CfcClientRegistersFamilyFiveAlone) {
@@ -298,6 +302,8 @@ TEST_F(RaidClientTest, CfcClientRegistersFamilyFiveAlone) {
     option_.cfc = true;
     const RaidClient client(option_, QuillonConnection::ConnectionInfo());
     EXPECT_EQ(Keys(client.show_functions()), std::vector<int>{5});
+    EXPECT_EQ(Keys(client.save_functions()), std::vector<int>{5});
+    EXPECT_EQ(Keys(client.add_functions()), std::vector<int>{5});
 }
 
 // --- Index maps ---
