@@ -584,3 +584,319 @@ TEST(RaidcfgE2eTest, AddOutOfBandOnAMachineFileWritesThePage) {
 }
 
 } // namespace
+
+namespace {
+
+// A free or configured disk of a machine file, with its slot named after its id.
+std::string MachineDisk(int id, const std::string& state, int capacity_mb) {
+    return R"({"id": )" + std::to_string(id) + R"(, "slot_no": ")" + std::to_string(id) +
+           R"(", "state": ")" + state + R"(", "capacity_mb": )" + std::to_string(capacity_mb) + "}";
+}
+
+// A server reached through its BMC, with one controller of each out-of-band family. Configured,
+// it holds volumes and hot spares as a save finds them; cleared, the same disks stand free. Flat
+// numbers: LSI 1, Microchip 2, VROC 3, M.2 4. Hot spares stand only where the family carries them
+// through a save and an add: the Microchip family reads and writes dedicated spares but no global
+// ones, VROC takes global spares but no dedicated ones, and M.2 takes none.
+std::string OutOfBandServer(bool configured) {
+    const std::string member = configured ? "Online" : "UGood";
+    const std::string dedicated = configured ? "DHS" : "UGood";
+    const std::string global = configured ? "GHS" : "UGood";
+    const auto when = [configured](const std::string& text) {
+        return configured ? text : std::string();
+    };
+    return R"({"persist": true, "controllers": [
+  {"family": "OOB_LSI", "id": 0, "raid_levels": ["0", "1", "5", "10"], "min_stripe_kb": 64,
+   "max_stripe_kb": 1024, "disks": [)" +
+           MachineDisk(0, member, 953869) + ", " + MachineDisk(1, member, 953869) + ", " +
+           MachineDisk(2, member, 953869) + ", " + MachineDisk(3, member, 953869) + ", " +
+           MachineDisk(4, member, 953869) + ", " + MachineDisk(5, dedicated, 953869) + ", " +
+           MachineDisk(6, global, 953869) + "]" + when(R"(,
+   "volumes": [
+     {"id": 0, "name": "os", "raid_level": "1", "spans": [[0, 1]], "size_mb": 953869,
+      "strip_kb": 256, "write_policy": 1, "read_policy": 1},
+     {"id": 1, "name": "data", "raid_level": "5", "spans": [[2, 3, 4]], "size_mb": 1907738,
+      "strip_kb": 128, "write_policy": 2, "io_policy": 1, "cache_policy": 2,
+      "dedicated_spares": [5]}],
+   "global_hot_spares": [6])") +
+           R"(},
+  {"family": "OOB_MICROCHIP", "id": 0, "raid_levels": ["0", "1", "10", "1triple"],
+   "min_stripe_kb": 16, "max_stripe_kb": 1024, "disks": [)" +
+           MachineDisk(0, member, 1831054) + ", " + MachineDisk(1, member, 1831054) + ", " +
+           MachineDisk(2, member, 1831054) + ", " + MachineDisk(3, member, 1831054) + ", " +
+           MachineDisk(4, dedicated, 1831054) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "db", "raid_level": "10", "spans": [[0, 1], [2, 3]],
+                "size_mb": 3662108, "strip_kb": 256, "write_policy": 2, "read_policy": 1,
+                "dedicated_spares": [4]}])") +
+           R"(},
+  {"family": "OOB_VROC", "id": 0, "raid_levels": ["0", "1", "5", "10"], "disks": [)" +
+           MachineDisk(0, member, 3662109) + ", " + MachineDisk(1, member, 3662109) + ", " +
+           MachineDisk(2, member, 3662109) + ", " + MachineDisk(3, global, 3662109) + "]" +
+           when(R"(,
+   "volumes": [{"id": 0, "name": "Volume0", "raid_level": "5", "spans": [[0, 1, 2]],
+                "size_mb": 7324218, "strip_kb": 64}],
+   "global_hot_spares": [3])") +
+           R"(},
+  {"family": "OOB_M2", "id": 0, "raid_levels": ["0", "1"], "min_stripe_kb": 32,
+   "max_stripe_kb": 128, "disks": [)" +
+           MachineDisk(0, member, 457763) + ", " + MachineDisk(1, member, 457763) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "boot", "raid_level": "1", "spans": [[0, 1]],
+                "size_mb": 457763, "strip_kb": 64}])") +
+           R"(}
+]})";
+}
+
+// A CFC system: three controllers behind one BMC interface, told apart by their vendor. Flat
+// numbers: Broadcom 1, Microchip 2, M.2 3. The Broadcom controller's volume with a dedicated
+// spare is there on purpose: a CFC save writes no hot_spares line, so the spare stays free on
+// the cleared copy while both saved files still agree.
+std::string CfcServer(bool configured) {
+    const std::string member = configured ? "Online" : "UGood";
+    const std::string dedicated = configured ? "DHS" : "UGood";
+    const std::string global = configured ? "GHS" : "UGood";
+    const auto when = [configured](const std::string& text) {
+        return configured ? text : std::string();
+    };
+    return R"({"persist": true, "controllers": [
+  {"family": "OOB_CFC", "id": 0, "vendor": "Broadcom", "raid_levels": ["0", "1", "5", "10"],
+   "min_stripe_kb": 64, "max_stripe_kb": 1024, "disks": [)" +
+           MachineDisk(0, member, 953869) + ", " + MachineDisk(1, member, 953869) + ", " +
+           MachineDisk(2, member, 953869) + ", " + MachineDisk(3, member, 953869) + ", " +
+           MachineDisk(4, member, 953869) + ", " + MachineDisk(5, dedicated, 953869) + ", " +
+           MachineDisk(6, global, 953869) + "]" + when(R"(,
+   "volumes": [
+     {"id": 0, "name": "os", "raid_level": "1", "spans": [[0, 1]], "size_mb": 953869,
+      "strip_kb": 256, "write_policy": 1, "read_policy": 1, "initialization": 1},
+     {"id": 1, "name": "data", "raid_level": "5", "spans": [[2, 3, 4]], "size_mb": 1907738,
+      "strip_kb": 128, "write_policy": 2, "access_policy": 2, "cache_policy": 2,
+      "dedicated_spares": [5]}],
+   "global_hot_spares": [6])") +
+           R"(},
+  {"family": "OOB_CFC", "id": 1, "vendor": "Microchip", "raid_levels": ["0", "1", "10"],
+   "min_stripe_kb": 16, "max_stripe_kb": 1024, "disks": [)" +
+           MachineDisk(0, member, 1831054) + ", " + MachineDisk(1, member, 1831054) + ", " +
+           MachineDisk(2, member, 1831054) + ", " + MachineDisk(3, member, 1831054) + ", " +
+           MachineDisk(4, global, 1831054) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "db", "raid_level": "10", "spans": [[0, 1], [2, 3]],
+                "size_mb": 3662108, "strip_kb": 256}],
+   "global_hot_spares": [4])") +
+           R"(},
+  {"family": "OOB_CFC", "id": 2, "vendor": "Marvell", "raid_levels": ["0", "1"],
+   "min_stripe_kb": 32, "max_stripe_kb": 128, "disks": [)" +
+           MachineDisk(0, member, 457763) + ", " + MachineDisk(1, member, 457763) + "]" + when(R"(,
+   "volumes": [{"id": 0, "name": "", "raid_level": "1", "spans": [[0, 1]],
+                "size_mb": 457763, "strip_kb": 64}])") +
+           R"(}
+]})";
+}
+
+const char* const kSimulatedBmc = "admin:secret@sim";
+
+TEST(RaidcfgE2eTest, AnOutOfBandSavedPolicyFileIsAcceptedByAddOnTheClearedMachine) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), OutOfBandServer(true));
+    const Outcome saved = RunRaidcfg(dir.path(), {"save", "--file", "saved.ini", "--machine",
+                                                  "machine.json", "--bmc", kSimulatedBmc, "-q"});
+    ASSERT_EQ(saved.status, 0) << saved.out << saved.err;
+    const std::string text = raidcfg_test::ReadFile(dir.File("saved.ini"));
+    for (const char* head :
+         {"[ctrl1-vol0]\n", "[ctrl1-vol1]\n", "[ctrl1]\n    global_hot_spares=6\n",
+          "[ctrl2-vol0]\n    disks=0,1:2,3\n    hot_spares=4\n", "[ctrl3-vol0]\n",
+          "[ctrl3]\n    global_hot_spares=3\n", "[ctrl4-vol0]\n"}) {
+        EXPECT_NE(text.find(head), std::string::npos) << head << "\n" << text;
+    }
+
+    raidcfg_test::WriteFile(dir.File("cleared.json"), OutOfBandServer(false));
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "saved.ini", "--yes", "--machine", "cleared.json",
+                                "--bmc", kSimulatedBmc});
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+    for (const char* row : {"ctrl1-disk6    Disk has been assigned global hot spare sucessfully.",
+                            "ctrl1-vol0     Volume has been created successfully.",
+                            "ctrl1-vol1     Volume has been created successfully.",
+                            "ctrl2-vol0     Volume has been created successfully.",
+                            "ctrl3-disk3    Disk has been assigned global hot spare sucessfully.",
+                            "ctrl3-vol0     Volume has been created successfully.",
+                            "ctrl4-vol0     Volume has been created successfully."}) {
+        EXPECT_NE(added.out.find(row), std::string::npos) << row << "\n" << added.out;
+    }
+
+    // Every family carries its own part of the file through add unchanged, so the cleared server
+    // saved again gives the same bytes.
+    const Outcome again = RunRaidcfg(dir.path(), {"save", "--file", "again.ini", "--machine",
+                                                  "cleared.json", "--bmc", kSimulatedBmc, "-q"});
+    EXPECT_EQ(again.status, 0) << again.out << again.err;
+    EXPECT_EQ(raidcfg_test::ReadFile(dir.File("again.ini")), text);
+}
+
+TEST(RaidcfgE2eTest, ACfcSavedPolicyFileIsAcceptedByAddOnTheClearedMachine) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), CfcServer(true));
+    const Outcome saved =
+        RunRaidcfg(dir.path(), {"save", "--file", "saved.ini", "--machine", "machine.json", "--bmc",
+                                kSimulatedBmc, "--cfc", "-q"});
+    ASSERT_EQ(saved.status, 0) << saved.out << saved.err;
+    const std::string text = raidcfg_test::ReadFile(dir.File("saved.ini"));
+    // Broadcom keeps its policies and initialization; the other vendors write neither, and no
+    // vendor writes a volume's hot spares. An M.2 volume may go without a name here.
+    for (const char* part :
+         {"[ctrl1-vol0]\n    disks=0,1\n    raid_level=1\n    vol_name=os\n    write_policy=1\n",
+          "    initialization=1\n", "[ctrl1]\n    global_hot_spares=6\n",
+          "[ctrl2-vol0]\n    disks=0,1:2,3\n    raid_level=10\n    vol_name=db\n"
+          "    volume_size=3662108MB\n",
+          "[ctrl2]\n    global_hot_spares=4\n",
+          "[ctrl3-vol0]\n    disks=0,1\n    raid_level=1\n    vol_name=\n"}) {
+        EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
+    }
+    EXPECT_EQ(text.find("    hot_spares="), std::string::npos) << text;
+
+    raidcfg_test::WriteFile(dir.File("cleared.json"), CfcServer(false));
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "saved.ini", "--yes", "--machine", "cleared.json",
+                                "--bmc", kSimulatedBmc, "--cfc"});
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+    for (const char* row : {"ctrl1-disk6    Disk has been assigned global hot spare sucessfully.",
+                            "ctrl1-vol0     Volume has been created successfully.",
+                            "ctrl1-vol1     Volume has been created successfully.",
+                            "ctrl2-disk4    Disk has been assigned global hot spare sucessfully.",
+                            "ctrl2-vol0     Volume has been created successfully.",
+                            "ctrl3-vol0     Volume has been created successfully."}) {
+        EXPECT_NE(added.out.find(row), std::string::npos) << row << "\n" << added.out;
+    }
+    // The dedicated spare the file never named stays free.
+    const std::string machine = Squeezed(raidcfg_test::ReadFile(dir.File("cleared.json")));
+    EXPECT_NE(machine.find(R"({"id":5,"slot_no":"5","state":"UGood")"), std::string::npos)
+        << machine;
+
+    const Outcome again =
+        RunRaidcfg(dir.path(), {"save", "--file", "again.ini", "--machine", "cleared.json", "--bmc",
+                                kSimulatedBmc, "--cfc", "-q"});
+    EXPECT_EQ(again.status, 0) << again.out << again.err;
+    EXPECT_EQ(raidcfg_test::ReadFile(dir.File("again.ini")), text);
+}
+
+// One LSI controller, id 0, behind the BMC, with three free disks.
+const char* const kTargetServer = R"({"persist": true, "controllers": [
+  {"family": "OOB_LSI", "id": 0, "raid_levels": ["0", "1", "5", "10"], "min_stripe_kb": 64,
+   "max_stripe_kb": 1024, "disks": [{"id": 0, "capacity_mb": 953869},
+   {"id": 1, "capacity_mb": 953869}, {"id": 2, "capacity_mb": 953869}]}]})";
+
+// On the target road sections are named by controller id: controller 0 is there, 7 is not.
+const char* const kTargetPolicy = R"([ctrl0-vol0]
+disks=0,1
+raid_level=1
+vol_name=mirror
+volume_size=100GB
+strip_size=256K
+[ctrl0]
+global_hot_spares=2
+[ctrl7-vol0]
+disks=0
+raid_level=0
+vol_name=ghost
+volume_size=10GB
+strip_size=64K
+)";
+
+// The ITEM rows of a raid_result.xml, as device and result, in the order the file holds them.
+std::vector<std::pair<std::string, std::string>> ResultRows(const std::string& report) {
+    const auto element = [&report](const std::string& name, std::size_t& at) {
+        const std::string open = "<" + name + ">";
+        const std::size_t start = report.find(open, at);
+        if (start == std::string::npos) {
+            at = std::string::npos;
+            return std::string();
+        }
+        const std::size_t end = report.find("</" + name + ">", start);
+        at = end;
+        return report.substr(start + open.size(), end - start - open.size());
+    };
+    const auto unescaped = [](std::string text) {
+        for (const auto& [entity, plain] : std::vector<std::pair<std::string, std::string>>{
+                 {"&apos;", "'"}, {"&quot;", "\""}, {"&lt;", "<"}, {"&gt;", ">"}, {"&amp;", "&"}}) {
+            for (std::size_t at = text.find(entity); at != std::string::npos;
+                 at = text.find(entity, at + plain.size())) {
+                text.replace(at, entity.size(), plain);
+            }
+        }
+        return text;
+    };
+    std::vector<std::pair<std::string, std::string>> rows;
+    std::size_t at = 0;
+    while (true) {
+        std::string device = element("DEVICE", at);
+        if (at == std::string::npos) {
+            break;
+        }
+        std::string result = element("RESULT", at);
+        if (at == std::string::npos) {
+            break;
+        }
+        rows.emplace_back(unescaped(device), unescaped(result));
+    }
+    return rows;
+}
+
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+TEST(RaidcfgE2eTest, AddToTargetAllWorksFromTheFileAndReportsAControllerThatIsNotThere) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), kTargetServer);
+    raidcfg_test::WriteFile(dir.File("add.ini"), kTargetPolicy);
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "add.ini", "--yes", "--machine", "machine.json",
+                                "--bmc", kSimulatedBmc, "--target", "all"});
+    EXPECT_EQ(added.status, 119) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "119 The operation fails on some targets.");
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_EQ(ResultRows(report),
+              (Rows{{"ctrl[7]", "The target ctrl[7] does not exist."},
+                    {"disk[0-2]", "Disk has been assigned global hot spare sucessfully."},
+                    {"vol[0-0]", "Volume has been created successfully."}}))
+        << report;
+    const std::string machine = Squeezed(raidcfg_test::ReadFile(dir.File("machine.json")));
+    EXPECT_NE(machine.find(R"("name":"mirror","raid_level":"1","spans":[[0,1]])"),
+              std::string::npos)
+        << machine;
+    EXPECT_NE(machine.find(R"("global_hot_spares":[2])"), std::string::npos) << machine;
+}
+
+TEST(RaidcfgE2eTest, AddToATargetTheFileNamesAppliesOnlyThatController) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), kTargetServer);
+    raidcfg_test::WriteFile(dir.File("add.ini"), kTargetPolicy);
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "add.ini", "--yes", "--machine", "machine.json",
+                                "--bmc", kSimulatedBmc, "--target", "0"});
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_EQ(ResultRows(report),
+              (Rows{{"disk[0-2]", "Disk has been assigned global hot spare sucessfully."},
+                    {"vol[0-0]", "Volume has been created successfully."}}))
+        << report;
+    const std::string machine = Squeezed(raidcfg_test::ReadFile(dir.File("machine.json")));
+    EXPECT_NE(machine.find(R"("name":"mirror","raid_level":"1","spans":[[0,1]])"),
+              std::string::npos)
+        << machine;
+}
+
+TEST(RaidcfgE2eTest, AddToATargetTheFileLacksIsAPolicyFileErrorAndChangesNothing) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), kTargetServer);
+    raidcfg_test::WriteFile(dir.File("add.ini"), kTargetPolicy);
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "add.ini", "--yes", "--machine", "machine.json",
+                                "--bmc", kSimulatedBmc, "--target", "5"});
+    EXPECT_EQ(added.status, 122) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "122 RAID config ini file error.");
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_EQ(ResultRows(report),
+              (Rows{{"ctrl[5]", "Policy file doesn't contain controller ctrl[5] raid policy."}}))
+        << report;
+    EXPECT_EQ(raidcfg_test::ReadFile(dir.File("machine.json")), kTargetServer);
+}
+
+} // namespace
