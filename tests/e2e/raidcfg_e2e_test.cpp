@@ -743,8 +743,8 @@ TEST(RaidcfgE2eTest, ACfcSavedPolicyFileIsAcceptedByAddOnTheClearedMachine) {
     for (const char* part :
          {"[ctrl1-vol0]\n    disks=0,1\n    raid_level=1\n    vol_name=os\n    write_policy=1\n",
           "    initialization=1\n", "[ctrl1]\n    global_hot_spares=6\n",
-          "[ctrl2-vol0]\n    disks=0,1:2,3\n    raid_level=10\n    vol_name=db\n"
-          "    volume_size=3662108MB\n",
+          "[ctrl2-vol0]\n    disks=0,1:2,3\n    raid_level=10\n    vol_name=db\n",
+          "    vol_name=db\n    volume_size=3662108MB\n",
           "[ctrl2]\n    global_hot_spares=4\n",
           "[ctrl3-vol0]\n    disks=0,1\n    raid_level=1\n    vol_name=\n"}) {
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
