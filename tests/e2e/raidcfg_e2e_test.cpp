@@ -744,8 +744,7 @@ TEST(RaidcfgE2eTest, ACfcSavedPolicyFileIsAcceptedByAddOnTheClearedMachine) {
          {"[ctrl1-vol0]\n    disks=0,1\n    raid_level=1\n    vol_name=os\n    write_policy=1\n",
           "    initialization=1\n", "[ctrl1]\n    global_hot_spares=6\n",
           "[ctrl2-vol0]\n    disks=0,1:2,3\n    raid_level=10\n    vol_name=db\n",
-          "    vol_name=db\n    volume_size=3662108MB\n",
-          "[ctrl2]\n    global_hot_spares=4\n",
+          "    vol_name=db\n    volume_size=3662108MB\n", "[ctrl2]\n    global_hot_spares=4\n",
           "[ctrl3-vol0]\n    disks=0,1\n    raid_level=1\n    vol_name=\n"}) {
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
     }
@@ -897,6 +896,246 @@ TEST(RaidcfgE2eTest, AddToATargetTheFileLacksIsAPolicyFileErrorAndChangesNothing
               (Rows{{"ctrl[5]", "Policy file doesn't contain controller ctrl[5] raid policy."}}))
         << report;
     EXPECT_EQ(raidcfg_test::ReadFile(dir.File("machine.json")), kTargetServer);
+}
+
+} // namespace
+
+namespace {
+
+// Clear and fast initialisation from the command line.
+
+TEST(RaidcfgE2eTest, ClearOfOneControllerLeavesItWithoutVolumes) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome cleared =
+        RunRaidcfg(dir.path(), {"clear", "--ctrl", "1", "--yes", "--machine", "demo"}, env);
+    EXPECT_EQ(cleared.status, 0) << cleared.out << cleared.err;
+    EXPECT_EQ(LastLine(cleared.out), "0 Succeed.");
+    EXPECT_EQ(cleared.out.find("Please type yes(y) or no(n):"), std::string::npos) << cleared.out;
+    EXPECT_NE(cleared.out.find("Clear Configuration Result"), std::string::npos) << cleared.out;
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_NE(report.find("<DEVICE>ctrl1</DEVICE>"), std::string::npos) << report;
+    EXPECT_NE(report.find("<RESULT>Success.</RESULT>"), std::string::npos) << report;
+
+    const std::string machine =
+        Squeezed(raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json")));
+    // The in-band LSI controller stands first in the demo file, the Microchip one after it.
+    const std::size_t lsi = machine.find(R"("family":"LSI")");
+    const std::size_t next = machine.find(R"("family":"MICROCHIP")");
+    ASSERT_NE(lsi, std::string::npos);
+    ASSERT_NE(next, std::string::npos);
+    const std::string controller = machine.substr(lsi, next - lsi);
+    EXPECT_NE(controller.find(R"("volumes":[])"), std::string::npos) << controller;
+    EXPECT_NE(machine.find(R"("name":"db")"), std::string::npos) << machine;
+
+    const Outcome shown = RunRaidcfg(dir.path(), {"show", "--ctrl", "1", "--machine", "demo"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_NE(shown.out.find("Broadcom Controller Information"), std::string::npos) << shown.out;
+    EXPECT_EQ(shown.out.find("data"), std::string::npos) << shown.out;
+    EXPECT_EQ(shown.out.find("RAID1"), std::string::npos) << shown.out;
+}
+
+TEST(RaidcfgE2eTest, ClearDeclinedOnStandardInputChangesNothing) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    ASSERT_EQ(RunRaidcfg(dir.path(), {"show", "--machine", "demo", "-q"}, env).status, 0);
+    const std::string before = raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json"));
+    const Outcome declined = RunRaidcfg(dir.path(), {"clear", "--ctrl", "1", "--machine", "demo"},
+                                        env, std::string("n\n"));
+    EXPECT_EQ(declined.status, 0) << declined.out << declined.err;
+    EXPECT_NE(declined.out.find("are you sure you want to continue clearing the RAID.\n"
+                                "Please type yes(y) or no(n):\n"),
+              std::string::npos)
+        << declined.out;
+    EXPECT_EQ(raidcfg_test::ReadFile(state.File("raidcfg/demo-machine.json")), before);
+}
+
+const char* const kInitServer = R"({"controllers": [
+  {"family": "OOB_LSI", "id": 2,
+   "disks": [{"id": 0, "state": "Online", "capacity_mb": 1000},
+             {"id": 1, "state": "Online", "capacity_mb": 1000}],
+   "volumes": [{"id": 0, "name": "a", "raid_level": "0", "spans": [[0]], "size_mb": 1000},
+               {"id": 1, "name": "b", "raid_level": "0", "spans": [[1]], "size_mb": 1000}]}
+]})";
+
+TEST(RaidcfgE2eTest, InitOutOfBandStartsEveryVolumeOfTheTarget) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), kInitServer);
+    const Outcome started = RunRaidcfg(dir.path(), {"init", "--target", "2", "--yes", "--machine",
+                                                    "machine.json", "--bmc", "admin:secret@sim"});
+    EXPECT_EQ(started.status, 0) << started.out << started.err;
+    EXPECT_EQ(LastLine(started.out), "0 Succeed.");
+    EXPECT_NE(started.out.find("Fast Init Result"), std::string::npos) << started.out;
+    const std::string report = raidcfg_test::ReadFile(dir.File("raid_result.xml"));
+    EXPECT_NE(report.find("<DEVICE>vol[2-0]</DEVICE>"), std::string::npos) << report;
+    EXPECT_NE(report.find("<DEVICE>vol[2-1]</DEVICE>"), std::string::npos) << report;
+    EXPECT_NE(raidcfg_test::ReadFile(dir.File("raid_result.html")).find("RaidConfig Init"),
+              std::string::npos);
+}
+
+TEST(RaidcfgE2eTest, InitWithoutTheBmcIsNotSupported) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), kInitServer);
+    const Outcome refused =
+        RunRaidcfg(dir.path(), {"init", "--target", "2", "--yes", "--machine", "machine.json"});
+    EXPECT_EQ(refused.status, 25) << refused.out << refused.err;
+    EXPECT_EQ(LastLine(refused.out), "25 Function is not supported on target system.");
+    EXPECT_EQ(raidcfg_test::ReadFile(dir.File("machine.json")), kInitServer);
+}
+
+} // namespace
+
+namespace {
+
+// The row of a disk or connector table whose first column is id, from a show's output.
+std::string TableRow(const std::string& out, const std::string& id) {
+    for (const std::string& line : Lines(out)) {
+        if (line.rfind(id + " ", 0) == 0) {
+            return line;
+        }
+    }
+    return {};
+}
+
+// The columns of a table row, split at runs of spaces.
+std::vector<std::string> Columns(const std::string& line) {
+    std::vector<std::string> columns;
+    std::size_t start = 0;
+    while (start < line.size()) {
+        const std::size_t end = line.find("  ", start);
+        columns.push_back(line.substr(start, end - start));
+        if (end == std::string::npos) {
+            break;
+        }
+        start = line.find_first_not_of(' ', end);
+    }
+    return columns;
+}
+
+TEST(RaidcfgHotSpareE2eTest, AddHotSpareMakesTheDiskGhsAndRemoveHotSpareTakesItBack) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+
+    const Outcome added = RunRaidcfg(
+        dir.path(), {"addhsp", "--ctrl", "1", "--disk", "7", "--yes", "--machine", "demo"}, env);
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.");
+    EXPECT_EQ(ResultRows(raidcfg_test::ReadFile(dir.File("raid_result.xml"))),
+              (Rows{{"ctrl1-disk7", "Success."}}));
+    const Outcome shown = RunRaidcfg(dir.path(), {"show", "--ctrl", "1", "--machine", "demo"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.out << shown.err;
+    const std::vector<std::string> spare = Columns(TableRow(shown.out, "7"));
+    ASSERT_GE(spare.size(), 3U) << shown.out;
+    EXPECT_EQ(spare[2], "GHS") << shown.out;
+
+    const Outcome removed = RunRaidcfg(
+        dir.path(), {"rmhsp", "--ctrl", "1", "--disk", "7", "--yes", "--machine", "demo"}, env);
+    EXPECT_EQ(removed.status, 0) << removed.out << removed.err;
+    EXPECT_EQ(ResultRows(raidcfg_test::ReadFile(dir.File("raid_result.xml"))),
+              (Rows{{"ctrl1-disk7", "Success."}}));
+    const Outcome again = RunRaidcfg(dir.path(), {"show", "--ctrl", "1", "--machine", "demo"}, env);
+    const std::vector<std::string> unused = Columns(TableRow(again.out, "7"));
+    ASSERT_GE(unused.size(), 3U) << again.out;
+    EXPECT_EQ(unused[2], "UGood") << again.out;
+}
+
+TEST(RaidcfgHotSpareE2eTest, DeclinedAddHotSpareLeavesTheDemoMachineAsItWas) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome first = RunRaidcfg(dir.path(), {"show", "--machine", "demo"}, env);
+    ASSERT_EQ(first.status, 0) << first.out << first.err;
+    const std::string machine = state.File("raidcfg/demo-machine.json");
+    const std::string before = raidcfg_test::ReadFile(machine);
+    const Outcome declined = RunRaidcfg(
+        dir.path(), {"addhsp", "--ctrl", "1", "--disk", "7", "--machine", "demo"}, env, "n\n");
+    EXPECT_EQ(declined.status, 0) << declined.out << declined.err;
+    EXPECT_NE(declined.out.find("Are you sure you want to continue doing add hot spare operation."),
+              std::string::npos)
+        << declined.out;
+    EXPECT_EQ(raidcfg_test::ReadFile(machine), before);
+}
+
+TEST(RaidcfgConnectorE2eTest, ChangeModeSetsTheConnectorModeThatShowTells) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome changed = RunRaidcfg(dir.path(),
+                                       {"changemode", "--ctrl", "2", "--connector", "0", "--mode",
+                                        "hba", "--yes", "--machine", "demo"},
+                                       env);
+    EXPECT_EQ(changed.status, 0) << changed.out << changed.err;
+    EXPECT_EQ(LastLine(changed.out), "0 Succeed.");
+    EXPECT_EQ(ResultRows(raidcfg_test::ReadFile(dir.File("raid_result.xml"))),
+              (Rows{{"ctrl2-connector0", "Success."}}));
+    const Outcome shown = RunRaidcfg(dir.path(), {"show", "--ctrl", "2", "--machine", "demo"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.out << shown.err;
+    const std::vector<std::string> connector = Columns(TableRow(shown.out, "0"));
+    ASSERT_GE(connector.size(), 3U) << shown.out;
+    EXPECT_EQ(connector[2], "HBA") << shown.out;
+}
+
+} // namespace
+
+namespace {
+
+// The show line of one disk: the line that starts with its id.
+std::string DiskLine(const std::string& shown, int disk) {
+    const std::string head = std::to_string(disk) + " ";
+    for (const std::string& line : Lines(shown)) {
+        if (line.rfind(head, 0) == 0) {
+            return line;
+        }
+    }
+    return {};
+}
+
+TEST(RaidcfgE2eTest, MakeJbodOnTheDemoMachineShowsTheDiskAsJbod) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome made = RunRaidcfg(
+        dir.path(), {"makejbod", "--ctrl", "1", "--disk", "7", "--yes", "--machine", "demo"}, env);
+    EXPECT_EQ(made.status, 0) << made.err;
+    EXPECT_NE(made.out.find("Make JBOD Result"), std::string::npos) << made.out;
+    EXPECT_NE(made.out.find("ctrl1-disk7    Success."), std::string::npos) << made.out;
+    EXPECT_EQ(LastLine(made.out), "0 Succeed.");
+
+    const Outcome shown = RunRaidcfg(dir.path(), {"show", "--ctrl", "1", "--machine", "demo"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    const std::string line = DiskLine(shown.out, 7);
+    EXPECT_NE(line.find("JBOD"), std::string::npos) << shown.out;
+    EXPECT_EQ(line.find("UGood"), std::string::npos) << line;
+}
+
+TEST(RaidcfgE2eTest, MakeGoodTurnsAnUnconfiguredBadDiskGood) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("machine.json"), R"({"persist": true, "controllers": [
+  {"family": "LSI", "id": 0, "disks": [
+    {"id": 6, "slot_no": "6", "state": "Online", "capacity_mb": 953869},
+    {"id": 7, "slot_no": "7", "state": "UBad", "capacity_mb": 953869}]}
+]})");
+    const Outcome made = RunRaidcfg(dir.path(), {"makegood", "--ctrl", "1", "--disk", "7", "--yes",
+                                                 "--machine", dir.File("machine.json")});
+    EXPECT_EQ(made.status, 0) << made.err;
+    EXPECT_NE(made.out.find("Make Good Result"), std::string::npos) << made.out;
+    EXPECT_EQ(LastLine(made.out), "0 Succeed.");
+
+    const Outcome shown =
+        RunRaidcfg(dir.path(), {"show", "--ctrl", "1", "--machine", dir.File("machine.json")});
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    const std::string line = DiskLine(shown.out, 7);
+    EXPECT_NE(line.find("UGood"), std::string::npos) << shown.out;
+    EXPECT_EQ(line.find("UBad"), std::string::npos) << line;
+
+    // A member of a volume cannot be made good.
+    const Outcome again = RunRaidcfg(dir.path(), {"makegood", "--ctrl", "1", "--disk", "6", "--yes",
+                                                  "--machine", dir.File("machine.json")});
+    EXPECT_NE(again.out.find("The disk 6 can't do makegood operation"), std::string::npos)
+        << again.out;
 }
 
 } // namespace

@@ -92,6 +92,40 @@ public:
     // The section number the next software RAID volume saved in this process gets.
     static int NextVrocWinVolumeNumber();
 
+    // --- Clear and fast init (raid_client_clear.cpp, raid_client_fast_init.cpp) ---
+    // Wipes whole controllers or removes the volumes `volume_ids` names, after a confirmation
+    // unless `assume_yes`. The user's values go straight to the backends.
+    std::uint32_t Clear();
+    // The named-target road of Clear for whole controllers: each listed id, or every controller
+    // of the target's backend when the target lists none.
+    std::uint32_t ClearConfig();
+    // The named-target road of Clear for volumes: `volume_ids` of the first id of the first
+    // target, ascending.
+    std::uint32_t RemoveVolume();
+    // The flat-number road of Clear: `ctrl_index`, whole or by volumes.
+    std::uint32_t ClearIndex();
+    // Starts a fast initialisation of the volumes `volume_ids` names, or of every volume of the
+    // controller, on out-of-band LSI controllers.
+    std::uint32_t FastInit();
+    // The flat-number road of FastInit.
+    std::uint32_t FastInitIndex();
+
+    // --- Make good and make JBOD (raid_client_disk_state.cpp) ---
+    // Turn disks into unconfigured good ones or into JBOD disks: the disks `disk_ids` names, or
+    // every disk the backend offers for the new state when it names none.
+    std::uint32_t MakeGood();
+    std::uint32_t MakeJbod();
+
+    // --- Hot spares and connector mode (raid_client_hot_spare.cpp, raid_client_connector.cpp) ---
+    // Makes the disks of `disk_ids` hot spares: dedicated to `disk_group_ids` when given,
+    // global otherwise; on the named-target road or, without `target`, the flat-number road.
+    std::uint32_t AddHotSpare();
+    // Takes the disks of `disk_ids` back from being hot spares, on either road.
+    std::uint32_t RemoveHotSpare();
+    // Sets the connectors of `connector_ids` of a Microchip controller to `mode_value`, passed as
+    // the user wrote it.
+    std::uint32_t ChangeConnectorMode();
+
     // --- Outcome (raid_client_outcome.cpp) ---
 
     // The rows as one "Device"/"Result" table: on the console when `console_output` is set, and
@@ -309,6 +343,41 @@ private:
     Castvroc_winConfig(int index, int id,
                        const std::vector<Quillon::RaidConfig::SWWinArray>& arrays,
                        const std::vector<int>& hot_spares);
+
+    // --- Clear and fast init ---
+    // The text of a named-target row after the backend answered code: the success word, the
+    // missing device, or the backend's own text, moved out.
+    std::string TargetRowText(RaidErrorCode code, const std::string& device, Raid& backend) const;
+
+    // --- Make good and make JBOD ---
+    // good selects the state: unconfigured good when true, JBOD when false.
+    // Disks named on the target road; the target must be one controller id.
+    std::uint32_t MakeStateWithDrive(bool good);
+    // The flat-number road: `ctrl_index`, named disks or every eligible one.
+    std::uint32_t MakeStateWithDriveIndex(bool good);
+    // No disks named on the target road: every eligible disk of every target.
+    std::uint32_t MakeStateWithoutDrive(bool good);
+    // Every eligible disk of one controller named by target, labelled with id and changed on
+    // real_id; a null backend is a controller that does not exist.
+    void MakeStateOfController(const std::shared_ptr<Raid>& backend, int id, int real_id,
+                               bool good);
+    // Every eligible disk of the controller `ctrl_index` names.
+    void MakeStateOfIndex(const std::shared_ptr<Raid>& backend, int real_id, bool good);
+    // The result table of a state change and its value.
+    std::uint32_t FinishMakeState(bool good);
+
+    // --- Hot spares and connector mode ---
+    // The named-target road of AddHotSpare: one LSI controller reached out-of-band.
+    std::uint32_t AddDedicatedHotSpare();
+    std::uint32_t AddGlobalHotSpare();
+    // The flat-number road of AddHotSpare and its two forms.
+    std::uint32_t AddHotSpareIndex();
+    std::uint32_t AddDedicatedHotSpareIndex();
+    std::uint32_t AddGlobalHotSpareIndex();
+    // The flat-number road of RemoveHotSpare.
+    std::uint32_t RemoveHotSpareIndex();
+    // The flat-number road of ChangeConnectorMode.
+    std::uint32_t ChangeConnectorModeIndex();
 
     // --- Show (raid_client_show.cpp) ---
 

@@ -128,7 +128,29 @@ std::uint32_t ServiceRaidImpl::RaidSave() {
     return value;
 }
 std::uint32_t ServiceRaidImpl::RaidCfg() {
-    return NotBuilt("RaidCfg");
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidCfg";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, option_.cfc);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidCfg";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.Clear();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else if (!option_.target.empty()) {
+        // The in-band road with targets is served by the in-band driver, not built yet.
+        value = NotBuilt("RaidCfg");
+    } else {
+        RaidClient client(option_);
+        value = client.Clear();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidCfg";
+    return value;
 }
 
 std::uint32_t ServiceRaidImpl::Refused(const char* handler) {
@@ -142,21 +164,132 @@ std::uint32_t ServiceRaidImpl::RefusedOutOfBandCfc(const char* handler) {
 }
 
 std::uint32_t ServiceRaidImpl::RaidMakeGood() {
-    return RefusedOutOfBandCfc("RaidMakeGood");
+    if (out_of_band_ && option_.cfc) {
+        return Refused("RaidMakeGood");
+    }
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidMakeGood";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, false);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidMakeGood";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.MakeGood();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else {
+        // With or without a target: the in-band driver has no part in disk states.
+        RaidClient client(option_);
+        value = client.MakeGood();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidMakeGood";
+    return value;
 }
 std::uint32_t ServiceRaidImpl::RaidMakeJBOD() {
-    return RefusedOutOfBandCfc("RaidMakeJBOD");
+    if (out_of_band_ && option_.cfc) {
+        return Refused("RaidMakeJBOD");
+    }
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidMakeJBOD";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, false);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidMakeJBOD";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.MakeJbod();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else {
+        // With or without a target: the in-band driver has no part in disk states.
+        RaidClient client(option_);
+        value = client.MakeJbod();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidMakeJBOD";
+    return value;
 }
 std::uint32_t ServiceRaidImpl::RaidAddHotSpare() {
-    return RefusedOutOfBandCfc("RaidAddHotSpare");
+    if (out_of_band_ && option_.cfc) {
+        return Refused("RaidAddHotSpare");
+    }
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidAddHotSpare";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, false);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidAddHotSpare";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.AddHotSpare();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else if (!option_.target.empty()) {
+        // The in-band road with targets is served by the in-band driver, not built yet.
+        value = NotBuilt("RaidAddHotSpare");
+    } else {
+        RaidClient client(option_);
+        value = client.AddHotSpare();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidAddHotSpare";
+    return value;
 }
 std::uint32_t ServiceRaidImpl::RaidRemoveHotSpare() {
-    return RefusedOutOfBandCfc("RaidRemoveHotSpare");
+    if (out_of_band_ && option_.cfc) {
+        return Refused("RaidRemoveHotSpare");
+    }
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidRemoveHotSpare";
+    std::uint32_t value = result::Success;
+    if (out_of_band_) {
+        QuillonConnection::ConnectionInfo info;
+        value = ConnectBmc(info, false);
+        if (value != 0) {
+            RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidRemoveHotSpare";
+            return value;
+        }
+        RaidClient client(option_, info);
+        value = client.RemoveHotSpare();
+        client.WriteResultPage(TesselResult(value, ""));
+        client.TakeResults(results_);
+    } else if (!option_.target.empty()) {
+        // The in-band road with targets is served by the in-band driver, not built yet.
+        value = NotBuilt("RaidRemoveHotSpare");
+    } else {
+        RaidClient client(option_);
+        value = client.RemoveHotSpare();
+        client.TakeResults(results_);
+    }
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidRemoveHotSpare";
+    return value;
 }
 
 std::uint32_t ServiceRaidImpl::RaidFastInit() {
-    // Fast initialisation exists on the out-of-band road alone.
-    return out_of_band_ ? RefusedOutOfBandCfc("RaidFastInit") : Refused("RaidFastInit");
+    // Fast initialisation exists on the out-of-band road alone, and not on a CFC system.
+    if (!out_of_band_ || option_.cfc) {
+        return Refused("RaidFastInit");
+    }
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidFastInit";
+    QuillonConnection::ConnectionInfo info;
+    std::uint32_t value = ConnectBmc(info, false);
+    if (value != 0) {
+        RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidFastInit";
+        return value;
+    }
+    RaidClient client(option_, info);
+    value = client.FastInit();
+    client.WriteResultPage(TesselResult(value, ""));
+    client.TakeResults(results_);
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidFastInit";
+    return value;
 }
 
 std::uint32_t ServiceRaidImpl::RaidChangeConnectorMode() {
@@ -164,7 +297,13 @@ std::uint32_t ServiceRaidImpl::RaidChangeConnectorMode() {
     if (out_of_band_ || option_.cfc) {
         return Refused("RaidChangeConnectorMode");
     }
-    return NotBuilt("RaidChangeConnectorMode");
+    RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidChangeConnectorMode";
+    // With or without a target: the client serves both roads itself.
+    RaidClient client(option_);
+    const std::uint32_t value = client.ChangeConnectorMode();
+    client.TakeResults(results_);
+    RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidChangeConnectorMode";
+    return value;
 }
 
 std::uint32_t ServiceRaidImpl::RaidFirmwareDeviceOrder() {

@@ -70,8 +70,7 @@ TEST_F(ServiceRaidImplTest, CommandWordInCapitalsIsUnknown) {
 
 TEST_F(ServiceRaidImplTest, ActionWordsWithoutABuiltRoadAnswerAsAnUnknownWordAndLeaveTheFile) {
     // Every word is dispatched to its handler; until a road exists it ends as an unknown word.
-    for (const char* word :
-         {"clear", "makegood", "makejbod", "addhsp", "rmhsp", "changemode", "fwdeviceorder"}) {
+    for (const char* word : {"fwdeviceorder"}) {
         option_.command = word;
         ServiceRaidImpl impl(option_);
         EXPECT_EQ(impl.Run().value(), result::GenericFailure) << word;
