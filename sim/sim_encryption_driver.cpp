@@ -66,6 +66,10 @@ SimEncryptionDriver::Code SimEncryptionDriver::EnableEncryption(int controller,
                             error = "key management is off: turn it to local or external first";
                             return RAID_OPERATION_FAILED;
                         }
+                        if (c.volumes.empty()) {
+                            error = "the controller has no volumes";
+                            return RAID_NO_VOLUMES;
+                        }
                         std::vector<Volume*> chosen;
                         for (Volume& volume : c.volumes) {
                             if (volumes.empty() || std::find(volumes.begin(), volumes.end(),
@@ -87,8 +91,9 @@ SimEncryptionDriver::Code SimEncryptionDriver::EnableEncryption(int controller,
                         return RAID_OK;
                     });
     if (code == RAID_OK) {
-        message = std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
-                  " newly encrypted";
+        // The detail stands directly behind "Success." in a row, so it brings its own blank.
+        message = " " + std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
+                  " newly encrypted.";
     }
     return code;
 }

@@ -1139,3 +1139,116 @@ TEST(RaidcfgE2eTest, MakeGoodTurnsAnUnconfiguredBadDiskGood) {
 }
 
 } // namespace
+
+TEST(RaidcfgKeysE2eTest, FirmwareDeviceOrderIsShownChangedAndThenAlreadySo) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome shown = RunRaidcfg(dir.path(), {"fwdeviceorder", "--machine", "demo"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_NE(shown.out.find("Firmware Device Order"), std::string::npos) << shown.out;
+    EXPECT_NE(shown.out.find("Disabled"), std::string::npos) << shown.out;
+    EXPECT_EQ(LastLine(shown.out), "0 Succeed.");
+
+    const std::vector<std::string> change{"fwdeviceorder", "--ctrl",    "1",   "--mode",
+                                          "Enabled",       "--machine", "demo"};
+    const Outcome changed = RunRaidcfg(dir.path(), change, env);
+    EXPECT_EQ(changed.status, 0) << changed.err;
+    EXPECT_NE(changed.out.find("The firmware device order mode for controller ID 1 has been "
+                               "successfully changed. Please reboot the system for the changes "
+                               "to take effect."),
+              std::string::npos)
+        << changed.out;
+
+    const Outcome again = RunRaidcfg(dir.path(), change, env);
+    EXPECT_EQ(again.status, 0) << again.err;
+    EXPECT_NE(again.out.find("The firmware device order mode for controller ID 1 is already "
+                             "Enabled."),
+              std::string::npos)
+        << again.out;
+    const Outcome after = RunRaidcfg(dir.path(), {"fwdeviceorder", "--machine", "demo"}, env);
+    EXPECT_NE(after.out.find("Enabled"), std::string::npos) << after.out;
+
+    // Out-of-band the order table also goes onto the result page.
+    const Outcome oob = RunRaidcfg(
+        dir.path(), {"fwdeviceorder", "--machine", "demo", "--bmc", "admin:secret@sim"}, env);
+    EXPECT_EQ(oob.status, 0) << oob.err;
+    EXPECT_NE(oob.out.find("FRU No"), std::string::npos) << oob.out;
+}
+
+TEST(RaidcfgKeysE2eTest, KeyManagementInBandNeedsTheBmcCredentials) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome refused = RunRaidcfg(dir.path(), {"ekm", "--machine", "demo"}, env);
+    EXPECT_EQ(refused.status, 5);
+    EXPECT_EQ(refused.out, "Please specify bmc username and bmc password\n5 Invalid parameter.\n");
+
+    const Outcome shown = RunRaidcfg(
+        dir.path(), {"ekm", "--machine", "demo", "--local-bmc", "admin:secret@sim"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_NE(shown.out.find("External Key Management Information"), std::string::npos)
+        << shown.out;
+    EXPECT_NE(shown.out.find("External Key Management Result"), std::string::npos) << shown.out;
+    EXPECT_EQ(LastLine(shown.out), "0 Succeed.");
+
+    const Outcome changed = RunRaidcfg(dir.path(),
+                                       {"ekm", "--ctrl", "1", "--mode", "Local", "--machine",
+                                        "demo", "--local-bmc", "admin:secret@sim"},
+                                       env);
+    EXPECT_EQ(changed.status, 0) << changed.err;
+    const Outcome after = RunRaidcfg(
+        dir.path(), {"ekm", "--machine", "demo", "--local-bmc", "admin:secret@sim"}, env);
+    EXPECT_NE(after.out.find("local"), std::string::npos) << after.out;
+}
+
+TEST(RaidcfgKeysE2eTest, VolumeEncryptionIsShownEnabledAndThenVisible) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const std::vector<std::string> bmc{"--machine", "demo", "--bmc", "admin:secret@sim"};
+    const auto run = [&](std::vector<std::string> args) {
+        args.insert(args.end(), bmc.begin(), bmc.end());
+        return RunRaidcfg(dir.path(), args, env);
+    };
+
+    const Outcome all = run({"envol"});
+    EXPECT_EQ(all.status, 0) << all.err;
+    EXPECT_NE(all.out.find("Volume Encryption Result"), std::string::npos) << all.out;
+    EXPECT_NE(all.out.find("ctrl1     Success\n"), std::string::npos) << all.out;
+
+    const Outcome one = run({"envol", "--ctrl", "1"});
+    EXPECT_EQ(one.status, 0) << one.err;
+    EXPECT_NE(one.out.find("false"), std::string::npos) << one.out;
+    EXPECT_EQ(one.out.find("ctrl2"), std::string::npos) << one.out;
+
+    // Encryption needs key management on; then every volume of controller 1 is encrypted.
+    EXPECT_EQ(run({"ekm", "--ctrl", "1", "--mode", "local"}).status, 0);
+    const Outcome enabled = run({"envol", "--ctrl", "1", "--mode", "ENABLE", "--yes"});
+    EXPECT_EQ(enabled.status, 0) << enabled.err;
+    EXPECT_NE(enabled.out.find("Success. 1 volume newly encrypted."), std::string::npos)
+        << enabled.out;
+    EXPECT_EQ(enabled.out.find("irreversible"), std::string::npos) << enabled.out;
+
+    const Outcome after = run({"envol", "--ctrl", "1"});
+    EXPECT_NE(after.out.find("true"), std::string::npos) << after.out;
+    EXPECT_EQ(after.out.find("false"), std::string::npos) << after.out;
+}
+
+TEST(RaidcfgKeysE2eTest, VolumeEncryptionWithAnotherWordAnswers104OnlyAfterConnecting) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()}};
+    const Outcome wrong_password = RunRaidcfg(
+        dir.path(), {"envol", "--mode", "disable", "--machine", "demo", "--bmc", "admin:wrong@sim"},
+        env);
+    EXPECT_EQ(wrong_password.status, 12);
+    EXPECT_EQ(LastLine(wrong_password.out), "12 Authentication failed.");
+
+    const Outcome refused = RunRaidcfg(
+        dir.path(),
+        {"envol", "--mode", "disable", "--machine", "demo", "--bmc", "admin:secret@sim"}, env);
+    EXPECT_EQ(refused.status, 104);
+    EXPECT_EQ(LastLine(refused.out),
+              "104 Tessel can only enable Volume Encryption, cannot perform other operations.");
+}

@@ -152,7 +152,7 @@ TEST_F(SimPlatformTest, VolumesAreEncryptedOnlyWithKeyManagementOn) {
     ASSERT_EQ(encryption.changeEKMmode(1, "External"), RAID_OK);
     EXPECT_EQ(encryption.enableEncryptionVolume(1, {4}), RAID_TARGET_NOT_FOUND);
     ASSERT_EQ(encryption.enableEncryptionVolume(1, {0}), RAID_OK);
-    EXPECT_EQ(encryption.GetErrorMsg(), "1 volume newly encrypted");
+    EXPECT_EQ(encryption.GetErrorMsg(), " 1 volume newly encrypted.");
     EKMController record;
     ASSERT_EQ(encryption.getControllerWithVolumes(1, record), RAID_OK);
     ASSERT_EQ(record.volumes.size(), 1U);

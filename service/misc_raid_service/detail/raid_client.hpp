@@ -126,6 +126,27 @@ public:
     // the user wrote it.
     std::uint32_t ChangeConnectorMode();
 
+    // --- Firmware device order (raid_client_fw_order.cpp) ---
+    // Show or change the firmware device order of LSI controllers: the local road through the
+    // in-band LSI backend, the out-of-band road through the first REST connection of the list.
+    std::uint32_t ShowWithFirmwareDeviceOrder();
+    std::uint32_t TurnFirmwareDeviceOrder();
+    std::uint32_t ShowOobWithFirmwareDeviceOrder(
+        const std::vector<QuillonConnection::ConnectionInfo>& connections);
+    std::uint32_t
+    TurnOobFirmwareDeviceOrder(const std::vector<QuillonConnection::ConnectionInfo>& connections);
+
+    // --- Key management and volume encryption (raid_client_encryption.cpp) ---
+    // Always through the first REST connection of the list, on either road.
+    std::uint32_t ShowEKMOOB(const std::vector<QuillonConnection::ConnectionInfo>& connections);
+    std::uint32_t
+    ChangeEKMModeOOB(const std::vector<QuillonConnection::ConnectionInfo>& connections);
+    std::uint32_t
+    ShowVolumeEncryptionOOB(const std::vector<QuillonConnection::ConnectionInfo>& connections);
+    // Encrypts volumes, which cannot be undone: asks first unless `assume_yes`.
+    std::uint32_t
+    ChangeVolModeOOB(const std::vector<QuillonConnection::ConnectionInfo>& connections);
+
     // --- Outcome (raid_client_outcome.cpp) ---
 
     // The rows as one "Device"/"Result" table: on the console when `console_output` is set, and

@@ -44,13 +44,8 @@ private:
     std::uint32_t ExternKeyManage();
     std::uint32_t VolumeEncryption();
 
-    // An action word whose road is not built into this library answers as an unknown word.
-    std::uint32_t NotBuilt(const char* handler);
-
-    // Code 25: the action has no road here. The out-of-band CFC form refuses an action that
-    // has no road on such a system and otherwise takes the action's road.
+    // Code 25: the action has no road here.
     std::uint32_t Refused(const char* handler);
-    std::uint32_t RefusedOutOfBandCfc(const char* handler);
 
     // Connects to the BMC and fetches its REST connections, as the REST-only actions need: the
     // connection's bare code, or for a failing or empty list code 60 (list_failure_is_rest_data)

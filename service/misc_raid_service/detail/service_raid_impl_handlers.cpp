@@ -8,6 +8,7 @@
 #include "collaborators/log.hpp"
 #include "collaborators/tessel_connect.hpp"
 #include "result/result_values.hpp"
+#include "service/misc_raid_service/detail/inband_raid.hpp"
 #include "service/misc_raid_service/detail/raid_client.hpp"
 #include "service/misc_raid_service/detail/service_raid_impl.hpp"
 
@@ -27,13 +28,6 @@ std::uint32_t ServiceRaidImpl::ConnectBmc(QuillonConnection::ConnectionInfo& inf
     return fetched.code();
 }
 
-std::uint32_t ServiceRaidImpl::NotBuilt(const char* handler) {
-    RAIDCFG_LOG(4) << "Entering  " << kScope << handler;
-    RAIDCFG_LOG(1) << "The action \"" << option_.command << "\" is not available in this build.";
-    RAIDCFG_LOG(4) << "Exiting  " << kScope << handler;
-    return result::GenericFailure;
-}
-
 std::uint32_t ServiceRaidImpl::RaidShow() {
     RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidShow";
     std::uint32_t value = result::Success;
@@ -49,8 +43,9 @@ std::uint32_t ServiceRaidImpl::RaidShow() {
         client.WriteResultPage(TesselResult(value, ""));
         client.TakeResults(results_);
     } else if (!option_.target.empty()) {
-        // The in-band road with targets is served by the in-band driver, not built yet.
-        value = NotBuilt("RaidShow");
+        InbandRaid inband(option_);
+        value = inband.Show();
+        inband.TakeResults(results_);
     } else {
         RaidClient client(option_);
         value = client.Show();
@@ -74,9 +69,6 @@ std::string ServiceRaidImpl::GetRaidShowResult() {
     return client.GetShowResult();
 }
 
-// The roads below whose client operation is not built yet answer as an unknown word does; the
-// refusals that need no operation already stand, so a refused action is refused today.
-
 std::uint32_t ServiceRaidImpl::RaidAdd() {
     RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidAdd";
     std::uint32_t value = result::Success;
@@ -92,8 +84,9 @@ std::uint32_t ServiceRaidImpl::RaidAdd() {
         client.WriteResultPage(TesselResult(value, ""));
         client.TakeResults(results_);
     } else if (!option_.target.empty()) {
-        // The in-band road with targets is served by the in-band driver, not built yet.
-        value = NotBuilt("RaidAdd");
+        InbandRaid inband(option_);
+        value = inband.Add();
+        inband.TakeResults(results_);
     } else {
         RaidClient client(option_);
         value = client.Add();
@@ -117,8 +110,9 @@ std::uint32_t ServiceRaidImpl::RaidSave() {
         client.WriteResultPage(TesselResult(value, ""));
         client.TakeResults(results_);
     } else if (!option_.target.empty()) {
-        // The in-band road with targets is served by the in-band driver, not built yet.
-        value = NotBuilt("RaidSave");
+        InbandRaid inband(option_);
+        value = inband.Save();
+        inband.TakeResults(results_);
     } else {
         RaidClient client(option_);
         value = client.Save();
@@ -142,8 +136,9 @@ std::uint32_t ServiceRaidImpl::RaidCfg() {
         client.WriteResultPage(TesselResult(value, ""));
         client.TakeResults(results_);
     } else if (!option_.target.empty()) {
-        // The in-band road with targets is served by the in-band driver, not built yet.
-        value = NotBuilt("RaidCfg");
+        InbandRaid inband(option_);
+        value = inband.Clear();
+        inband.TakeResults(results_);
     } else {
         RaidClient client(option_);
         value = client.Clear();
@@ -157,10 +152,6 @@ std::uint32_t ServiceRaidImpl::Refused(const char* handler) {
     RAIDCFG_LOG(4) << "Entering  " << kScope << handler;
     RAIDCFG_LOG(4) << "Exiting  " << kScope << handler;
     return result::FunctionNotSupported;
-}
-
-std::uint32_t ServiceRaidImpl::RefusedOutOfBandCfc(const char* handler) {
-    return out_of_band_ && option_.cfc ? Refused(handler) : NotBuilt(handler);
 }
 
 std::uint32_t ServiceRaidImpl::RaidMakeGood() {
@@ -233,8 +224,9 @@ std::uint32_t ServiceRaidImpl::RaidAddHotSpare() {
         client.WriteResultPage(TesselResult(value, ""));
         client.TakeResults(results_);
     } else if (!option_.target.empty()) {
-        // The in-band road with targets is served by the in-band driver, not built yet.
-        value = NotBuilt("RaidAddHotSpare");
+        InbandRaid inband(option_);
+        value = inband.AddHotSpare();
+        inband.TakeResults(results_);
     } else {
         RaidClient client(option_);
         value = client.AddHotSpare();
@@ -261,8 +253,9 @@ std::uint32_t ServiceRaidImpl::RaidRemoveHotSpare() {
         client.WriteResultPage(TesselResult(value, ""));
         client.TakeResults(results_);
     } else if (!option_.target.empty()) {
-        // The in-band road with targets is served by the in-band driver, not built yet.
-        value = NotBuilt("RaidRemoveHotSpare");
+        InbandRaid inband(option_);
+        value = inband.RemoveHotSpare();
+        inband.TakeResults(results_);
     } else {
         RaidClient client(option_);
         value = client.RemoveHotSpare();
@@ -307,15 +300,24 @@ std::uint32_t ServiceRaidImpl::RaidChangeConnectorMode() {
 }
 
 std::uint32_t ServiceRaidImpl::RaidFirmwareDeviceOrder() {
-    if (!out_of_band_) {
-        return NotBuilt("RaidFirmwareDeviceOrder");
-    }
     RAIDCFG_LOG(4) << "Entering  " << kScope << "RaidFirmwareDeviceOrder";
-    QuillonConnection::ConnectionInfo info;
-    std::vector<QuillonConnection::ConnectionInfo> list;
-    std::uint32_t value = ConnectRestList(info, option_.cfc, list, true);
-    if (value == result::Success) {
-        value = NotBuilt("RaidFirmwareDeviceOrder");
+    std::uint32_t value = result::Success;
+    if (!out_of_band_) {
+        // With or without a target: the in-band LSI backend serves it, never the in-band driver.
+        RaidClient client(option_);
+        value = option_.mode_value.empty() ? client.ShowWithFirmwareDeviceOrder()
+                                           : client.TurnFirmwareDeviceOrder();
+        client.TakeResults(results_);
+    } else {
+        QuillonConnection::ConnectionInfo info;
+        std::vector<QuillonConnection::ConnectionInfo> list;
+        value = ConnectRestList(info, option_.cfc, list, true);
+        if (value == result::Success) {
+            RaidClient client(option_, info);
+            value = option_.mode_value.empty() ? client.ShowOobWithFirmwareDeviceOrder(list)
+                                               : client.TurnOobFirmwareDeviceOrder(list);
+            client.TakeResults(results_);
+        }
     }
     RAIDCFG_LOG(4) << "Exiting  " << kScope << "RaidFirmwareDeviceOrder";
     return value;
@@ -352,7 +354,10 @@ std::uint32_t ServiceRaidImpl::ExternKeyManage() {
     std::vector<QuillonConnection::ConnectionInfo> list;
     std::uint32_t value = ConnectRestList(info, out_of_band_ && option_.cfc, list, out_of_band_);
     if (value == result::Success && !list.empty()) {
-        value = NotBuilt("ExternKeyManage");
+        RaidClient client(option_, info);
+        value =
+            option_.mode_value.empty() ? client.ShowEKMOOB(list) : client.ChangeEKMModeOOB(list);
+        client.TakeResults(results_);
     }
     RAIDCFG_LOG(4) << "Exiting  " << kScope << "ExternKeyManage";
     return value;
@@ -364,10 +369,17 @@ std::uint32_t ServiceRaidImpl::VolumeEncryption() {
     std::vector<QuillonConnection::ConnectionInfo> list;
     std::uint32_t value = ConnectRestList(info, out_of_band_ && option_.cfc, list, out_of_band_);
     if (value == result::Success && !list.empty()) {
-        // Only enabling is offered, and the word is judged once connected.
-        const std::string mode = boost::algorithm::to_lower_copy(option_.mode_value);
-        value = !option_.mode_value.empty() && mode != "enable" ? result::RaidOnlyEnableEncryption
-                                                                : NotBuilt("VolumeEncryption");
+        RaidClient client(option_, info);
+        if (option_.mode_value.empty()) {
+            value = client.ShowVolumeEncryptionOOB(list);
+        } else if (boost::algorithm::to_lower_copy(option_.mode_value) == "enable") {
+            value = client.ChangeVolModeOOB(list);
+        } else {
+            // Only enabling is offered; the word is judged once connected, intended, so that a
+            // wrong word never hides a connection problem.
+            value = result::RaidOnlyEnableEncryption;
+        }
+        client.TakeResults(results_);
     }
     RAIDCFG_LOG(4) << "Exiting  " << kScope << "VolumeEncryption";
     return value;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <boost/property_tree/ptree.hpp>
 
@@ -100,6 +101,25 @@ public:
                                         boost::property_tree::ptree& show_tree);
     void SaveOobVrocController2Xml(int flat_id, const Quillon::protocol::VolManDevCtrl& ctrl,
                                    boost::property_tree::ptree& show_tree);
+
+    // Firmware device order and key management: the i-th id is shown with the i-th record, on
+    // standard output whatever the console setting; nothing happens when both are empty.
+    void PrintFwDeviceOrder(const std::vector<int>& ids,
+                            const std::vector<Quillon::protocol::FWDevOrderCtrl>& records);
+    // As PrintFwDeviceOrder, with the table also added to result_page.
+    void
+    PrintOobFwDeviceOrder(const std::vector<int>& ids,
+                          const std::vector<Quillon::RaidConfig::FWDevOrderController>& records,
+                          std::shared_ptr<HtmlPrint::BasicElementPage> result_page);
+    void PrintEKM(const std::vector<int>& ids,
+                  const std::vector<Quillon::RaidConfig::EKMController>& records);
+    // The controller's key management table, then one table per volume, ascending by id;
+    // 1 when the controller has volumes, else 0.
+    int PrintVolumesEncryption(int flat_id, const Quillon::RaidConfig::EKMController& record);
+    // As PrintVolumesEncryption, for the wanted volume ids only, in their given order; 1 when
+    // one of them was found, else 0.
+    int PrintVolumeEncryption(int flat_id, const std::vector<int>& volume_ids,
+                              const Quillon::RaidConfig::EKMController& record);
 };
 
 } // namespace detail

@@ -965,12 +965,15 @@ TEST_F(RaidAddHandlerTest, OutOfBandRoadThatCannotConnectChangesNothing) {
     EXPECT_EQ(ReadFile(MachinePath()), before);
 }
 
-TEST_F(RaidAddHandlerTest, InBandRoadWithATargetIsNotBuiltYet) {
+TEST_F(RaidAddHandlerTest, InBandRoadWithATargetReadsFlatNumberedSections) {
     UseMachine(kLocal);
     option_.target = "0";
+    // Sections carry flat numbers from 1 on this road too: a "ctrl0" section is no target's.
     WritePolicy("[ctrl0-vol1]\ndisks=2,3\nraid_level=1\nvol_name=data\nvolume_size=100GB\n");
     const std::string before = ReadFile(MachinePath());
-    EXPECT_EQ(Run().value(), result::GenericFailure);
+    EXPECT_EQ(Run().value(), result::RaidIniFileError);
+    EXPECT_EQ(results_.at("ctrl[0]"),
+              "Policy file doesn't contain controller ctrl[0] raid policy.");
     EXPECT_EQ(ReadFile(MachinePath()), before);
 }
 

@@ -660,7 +660,7 @@ TEST_F(HotSpareHandlerTest, OutOfBandRoadWritesTheResultPage) {
     EXPECT_EQ(State("OOB_LSI", 3, 2), "UGood");
 }
 
-TEST_F(HotSpareHandlerTest, OutOfBandWithCfcIsRefusedAndInBandTargetIsNotBuiltYet) {
+TEST_F(HotSpareHandlerTest, OutOfBandWithCfcIsRefusedAndInBandTargetGoesToTheInBandDriver) {
     UseOob();
     const std::string before = ReadFile(MachinePath());
     option_.disk_ids = "2";
@@ -670,8 +670,11 @@ TEST_F(HotSpareHandlerTest, OutOfBandWithCfcIsRefusedAndInBandTargetIsNotBuiltYe
     option_.cfc = false;
     option_.connect_option = {};
     option_.target = "0";
-    EXPECT_EQ(Run("addhsp").value(), result::GenericFailure);
-    EXPECT_EQ(Run("rmhsp").value(), result::GenericFailure);
+    // No in-band controller of that number on this machine: one row, and nothing changes.
+    const std::uint32_t missing =
+        result::RaidResultFromError(Quillon::RaidConfig::RAID_TARGET_NOT_FOUND);
+    EXPECT_EQ(Run("addhsp").value(), missing);
+    EXPECT_EQ(Run("rmhsp").value(), missing);
     EXPECT_EQ(ReadFile(MachinePath()), before);
 }
 

@@ -1,6 +1,7 @@
 // The action handlers on their three roads, over a simulated machine.
 #include "backend/backend_platform.hpp"
 #include "collaborators/log.hpp"
+#include "result/raid_error_code.hpp"
 #include "result/result_values.hpp"
 #include "service/misc_raid_service/detail/service_raid_impl.hpp"
 #include "sim/simulated_machine.hpp"
@@ -134,18 +135,34 @@ TEST_F(HandlersTest, EnvolWithAnotherWordThanEnableAnswers104AfterConnecting) {
     OutOfBand("wrong"); // the connection comes first
     EXPECT_EQ(Run("envol").code(), 12);
     OutOfBand();
-    option_.mode_value = "ENABLE"; // any letter case; its road lands with volume encryption
-    EXPECT_EQ(Run("envol").value(), result::GenericFailure);
+    // Any letter case enables; without --ctrl the change answers for controller -1.
+    option_.mode_value = "ENABLE";
+    EXPECT_EQ(Run("envol").value(),
+              result::RaidResultFromError(Quillon::RaidConfig::RAID_TARGET_NOT_FOUND));
+    EXPECT_NE(ReadFile(dir_.File("raid_result.xml")).find("<DEVICE>ctrl-1</DEVICE>"),
+              std::string::npos);
 }
 
-TEST_F(HandlersTest, RoadsWhoseOperationIsNotBuiltAnswerAsAnUnknownWord) {
-    for (const char* word : {"fwdeviceorder"}) {
-        EXPECT_EQ(Run(word).value(), result::GenericFailure) << word;
-    }
+TEST_F(HandlersTest, FirmwareOrderKeyManagementAndEncryptionAreServedOnBothRoads) {
+    // Neither LSI controller of this machine has a firmware device order or key management.
+    EXPECT_EQ(Run("fwdeviceorder").value(), result::RaidNoFwDeviceOrderController);
+    option_.target = "0"; // a target does not lead to the in-band driver for this word
+    EXPECT_EQ(Run("fwdeviceorder").value(), result::RaidNoFwDeviceOrderController);
+    option_.target.clear();
+    option_.connect_option.user = "admin";
+    option_.connect_option.password = "secret";
+    EXPECT_EQ(Run("envol").value(), result::RaidNoVolumes);
     OutOfBand();
-    for (const char* word : {"ekm", "envol", "fwdeviceorder"}) {
-        EXPECT_EQ(Run(word).value(), result::GenericFailure) << word;
-    }
+    EXPECT_EQ(Run("fwdeviceorder").value(), result::RaidNoFwDeviceOrderController);
+    EXPECT_EQ(Run("envol").value(), result::RaidNoVolumes);
+    const TesselResult ekm = Run("ekm");
+    EXPECT_EQ(ekm.value(),
+              result::RaidResultFromError(Quillon::RaidConfig::RAID_DEVICE_UNSUPPORTED));
+    const std::string xml = ReadFile(dir_.File("raid_result.xml"));
+    EXPECT_NE(xml.find("<RESULT>the controller has no key management</RESULT>"), std::string::npos)
+        << xml;
+    // None of the three writes a result page.
+    EXPECT_FALSE(FileExists(dir_.File("raid_result.html")));
 }
 
 TEST_F(HandlersTest, ShowOnTheLocalRoadTakesItsRowsAndWritesNoPage) {
@@ -156,6 +173,34 @@ TEST_F(HandlersTest, ShowOnTheLocalRoadTakesItsRowsAndWritesNoPage) {
     EXPECT_NE(xml.find("<RESULT>Success.</RESULT>"), std::string::npos) << xml;
     EXPECT_TRUE(FileExists(dir_.File("raid_show_result.xml")));
     EXPECT_FALSE(FileExists(dir_.File("raid_result.html")));
+}
+
+TEST_F(HandlersTest, InBandActionsWithATargetTakeTheInBandDriversRows) {
+    option_.target = "0";
+    option_.assume_yes = true;
+    testing::internal::CaptureStdout();
+    const TesselResult shown = Run("show");
+    const std::string printed = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(shown.value(), result::Success);
+    EXPECT_NE(printed.find("\nraidconfig show:"), std::string::npos) << printed;
+    std::string xml = ReadFile(dir_.File("raid_result.xml"));
+    EXPECT_NE(xml.find("<DEVICE>ctrl[0]</DEVICE>"), std::string::npos) << xml;
+    EXPECT_FALSE(FileExists(dir_.File("raid_result.html")));
+
+    option_.volume_ids = "0";
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(Run("clear").value(), result::Success);
+    option_.volume_ids.clear();
+    option_.disk_ids = "0";
+    EXPECT_EQ(Run("addhsp").value(), result::Success);
+    option_.policy_file = dir_.File("saved.ini");
+    EXPECT_EQ(Run("save").value(), result::Success);
+    EXPECT_EQ(Run("rmhsp").value(), result::Success);
+    EXPECT_EQ(Run("add").value(), result::Success);
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(ReadFile(dir_.File("saved.ini")), "[ctrl1]\n    global_hot_spares=0\n\n");
+    xml = ReadFile(dir_.File("raid_result.xml"));
+    EXPECT_NE(xml.find("<DEVICE>disk[0-0]</DEVICE>"), std::string::npos) << xml;
 }
 
 TEST_F(HandlersTest, ShowOutOfBandWritesTheResultPage) {

@@ -68,21 +68,6 @@ TEST_F(ServiceRaidImplTest, CommandWordInCapitalsIsUnknown) {
               std::string::npos);
 }
 
-TEST_F(ServiceRaidImplTest, ActionWordsWithoutABuiltRoadAnswerAsAnUnknownWordAndLeaveTheFile) {
-    // Every word is dispatched to its handler; until a road exists it ends as an unknown word.
-    for (const char* word : {"fwdeviceorder"}) {
-        option_.command = word;
-        ServiceRaidImpl impl(option_);
-        EXPECT_EQ(impl.Run().value(), result::GenericFailure) << word;
-        EXPECT_NE(ReadFile(ResultFile()).find("<RETURNCODE>1</RETURNCODE>"), std::string::npos);
-        EXPECT_NE(
-            ReadFile(dir_.File("raidcfg.log"))
-                .find(std::string("The action \"") + word + "\" is not available in this build."),
-            std::string::npos)
-            << word;
-    }
-}
-
 TEST_F(ServiceRaidImplTest, ConnectionKindTwoIsOutOfBandWhateverElseIsSet) {
     option_.connect_option.kind = 2;
     option_.target = "LSI:0";
