@@ -1,5 +1,6 @@
 #include "host/host_runner.hpp"
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -8,6 +9,7 @@
 #include "host/action_help.hpp"
 #include "host/bmc_address.hpp"
 #include "host/command_line.hpp"
+#include "redfish/redfish_backends.hpp"
 #include "result/tessel_result.hpp"
 #include "service/misc_raid_service/service_raid.hpp"
 #include "sim/simulated_machine.hpp"
@@ -63,6 +65,12 @@ int HostRunner::Run(const HostSettings& settings, std::ostream& out, std::ostrea
     if (!settings.machine.empty() && !sim::SimulatedMachine::Use(settings.machine, reason)) {
         err << "raidcfg: " << settings.machine_source << ": " << reason << '\n';
         return CommandLine::kExitBadCommandLine;
+    }
+    // Without a simulated machine, a BMC named on the command line is reached over Redfish.
+    const std::int32_t kind = option.connect_option.kind;
+    if (settings.machine.empty() &&
+        (kind == TesselConnect::kConnectLocalBmc || kind == TesselConnect::kConnectOutOfBand)) {
+        redfish::RedfishBackends::Use();
     }
     if (!MakeDirectory(option.output_dir, reason)) {
         err << "raidcfg: cannot create the output directory '" << option.output_dir

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-    g++ cmake make
+    g++ cmake make pkg-config
     libboost-dev libboost-regex-dev libboost-filesystem-dev
     nlohmann-json3-dev libcurl4-openssl-dev libssl-dev libcpp-httplib-dev
     libcli11-dev libspdlog-dev libfmt-dev

@@ -221,6 +221,9 @@ bool WriteReplacing(const std::string& path, const struct stat& original, const 
 
 MachineStore::MachineStore(std::string path) : path_(std::move(path)) {}
 
+MachineStore::MachineStore(Machine machine)
+    : volatile_machine_(std::make_unique<Machine>(std::move(machine))) {}
+
 MachineStore::~MachineStore() = default;
 
 bool MachineStore::Check(std::string& error) {

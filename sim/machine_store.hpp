@@ -15,6 +15,9 @@ namespace sim {
 class MachineStore {
 public:
     explicit MachineStore(std::string path);
+    // A store with no file behind it: the machine lives in memory only, as with "persist" false.
+    // Used where a machine is built from something else, e.g. a BMC's Redfish storage tree.
+    explicit MachineStore(Machine machine);
     ~MachineStore();
     MachineStore(const MachineStore&) = delete;
     MachineStore& operator=(const MachineStore&) = delete;

@@ -300,3 +300,28 @@ TEST(MachineStore, KilledWriterNeverTearsTheFile) {
 }
 
 } // namespace
+
+namespace {
+
+// A store made from a machine in memory serves it and keeps changes, with no file anywhere.
+TEST(MachineStoreTest, InMemoryMachineIsReadAndChangedWithoutAFile) {
+    Machine machine;
+    machine.controllers.emplace_back();
+    machine.controllers.back().family = "OOB_LSI";
+    MachineStore store(machine);
+    EXPECT_TRUE(store.path().empty());
+    std::string error;
+    ASSERT_TRUE(store.Update(
+        [](Machine& current) {
+            current.controllers.front().id = 7;
+            return true;
+        },
+        error));
+    Machine read;
+    ASSERT_TRUE(store.Read(read, error)) << error;
+    ASSERT_EQ(read.controllers.size(), 1U);
+    EXPECT_EQ(read.controllers.front().id, 7);
+    EXPECT_TRUE(store.Check(error));
+}
+
+} // namespace

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "emulator/http_response.hpp"
+
+namespace emulator {
+
+// The Redfish answers of the service that carry messages: errors with extended info, and the
+// one-message bodies of accepted writes. Each message carries the backend contract code in
+// Oem.Raidcfg.Code so that a client can return the simulated driver's code and text unchanged.
+class RedfishErrors {
+public:
+    // A Redfish error: status, message id, message text and (when set) the contract code.
+    static HttpResponse Error(int status, const std::string& message_id, const std::string& text,
+                              std::optional<int> code);
+    // A write the simulated driver refused: the HTTP status follows the code (docs/redfish.md).
+    static HttpResponse Refused(int code, const std::string& text);
+    // An accepted write: 200 with one message; code 34 says the value was already set, a text
+    // (the driver's success text) replaces the generic message.
+    static HttpResponse Accepted(int code, const std::string& text);
+    // The HTTP status of a refusal with this contract code.
+    static int StatusOfCode(int code);
+};
+
+} // namespace emulator

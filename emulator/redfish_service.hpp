@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "emulator/http_request.hpp"
+#include "emulator/http_response.hpp"
+#include "emulator/session_store.hpp"
+#include "emulator/task_store.hpp"
+#include "sim/machine_store.hpp"
+
+namespace emulator {
+
+// The Redfish service of a machine file: authentication, reads (with $expand and ETags) and
+// writes, one request in and one response out, with no socket involved (docs/redfish.md).
+// Requests are served one at a time: the machine file is read anew for each.
+class RedfishService {
+public:
+    RedfishService(std::shared_ptr<sim::MachineStore> store, bool expand_supported);
+
+    HttpResponse Handle(const HttpRequest& request);
+
+    // Waits for the request being served, if any, and serves none after it: for a process that
+    // ends without waiting for idle connections. Intended to be called once, at the very end.
+    void Hold() { mutex_.lock(); }
+
+    // The strong ETag of a resource body: a hash of the body without its @odata.etag.
+    static std::string ETag(const nlohmann::json& resource);
+
+private:
+    HttpResponse Dispatch(const HttpRequest& request, const std::string& path,
+                          const std::string& query, const sim::Machine& machine);
+    // Checks a session token or Basic credentials; the refusal when they do not pass.
+    std::optional<HttpResponse> Authenticate(const HttpRequest& request,
+                                             const sim::Machine& machine) const;
+    HttpResponse Get(const HttpRequest& request, const std::string& path, const std::string& query,
+                     const sim::Machine& machine);
+    HttpResponse Login(const std::string& body, const sim::Machine& machine);
+    HttpResponse TaskMonitor(int task, const sim::Machine& machine);
+    // Any resource of the service at path, with its @odata.etag; empty when there is none.
+    std::optional<nlohmann::json> Resolve(const std::string& path,
+                                          const sim::Machine& machine) const;
+    std::optional<nlohmann::json> ServiceResource(const std::string& path) const;
+
+    std::shared_ptr<sim::MachineStore> store_;
+    bool expand_supported_;
+    std::mutex mutex_;
+    SessionStore sessions_;
+    TaskStore tasks_;
+};
+
+} // namespace emulator

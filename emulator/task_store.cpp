@@ -1,0 +1,53 @@
+#include "emulator/task_store.hpp"
+
+#include "emulator/resource_builder.hpp"
+
+namespace emulator {
+
+int TaskStore::Add(const std::string& volume_uri) {
+    const int id = next_id_++;
+    tasks_.push_back(Task{id, volume_uri});
+    while (tasks_.size() > kKept) {
+        tasks_.pop_front();
+    }
+    return id;
+}
+
+std::optional<TaskStore::Task> TaskStore::Find(int id) const {
+    for (const Task& task : tasks_) {
+        if (task.id == id) {
+            return task;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string TaskStore::Uri(int id) {
+    return "/redfish/v1/TaskService/Tasks/" + std::to_string(id);
+}
+
+nlohmann::json TaskStore::Resource(const Task& task) {
+    const std::string id = std::to_string(task.id);
+    nlohmann::json body = ResourceBuilder::Head(Uri(task.id), "#Task.v1_7_0.Task");
+    body["Id"] = id;
+    body["Name"] = "Volume creation " + id;
+    body["TaskState"] = "Completed";
+    body["TaskStatus"] = "OK";
+    body["PercentComplete"] = 100;
+    body["TaskMonitor"] = Uri(task.id) + "/Monitor";
+    body["Messages"] =
+        nlohmann::json::array({{{"@odata.type", "#Message.v1_1_2.Message"},
+                                {"MessageId", "TaskEvent.1.0.TaskCompletedOK"},
+                                {"Message", "The task with Id '" + id + "' has completed."},
+                                {"MessageArgs", nlohmann::json::array({id})},
+                                {"Severity", "OK"},
+                                {"MessageSeverity", "OK"},
+                                {"Oem", {{"Raidcfg", {{"Code", 0}}}}}}});
+    body["Oem"] = {
+        {"Raidcfg",
+         {{"Volume", task.volume_uri.empty() ? nlohmann::json(nullptr)
+                                             : ResourceBuilder::Reference(task.volume_uri)}}}};
+    return body;
+}
+
+} // namespace emulator

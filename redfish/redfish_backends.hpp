@@ -1,0 +1,15 @@
+#pragma once
+
+#include "result/raidcfg_export.hpp"
+
+namespace redfish {
+
+// Host set-up: serves the out-of-band backends, the connection library and the BMC queries of
+// this process from a real BMC through its Redfish service. Where the BMC is and how to reach
+// it (scheme, host, port, TLS, time limit, credentials) comes with each fetch's connect option.
+class RedfishBackends {
+public:
+    RAIDCFG_EXPORT static void Use();
+};
+
+} // namespace redfish

@@ -1,0 +1,118 @@
+#include "redfish/redfish_encryption_driver.hpp"
+
+#include "backend/ekm_controller.hpp"
+#include "redfish/redfish_connection.hpp"
+#include "redfish/redfish_words.hpp"
+#include "sim/mode_setting.hpp"
+#include "sim/sim_encryption_driver.hpp"
+
+namespace redfish {
+
+using namespace Quillon::RaidConfig;
+using nlohmann::json;
+
+RedfishEncryptionDriver::RedfishEncryptionDriver(const RedfishConnection& connection)
+    : access_(connection.shared_tree(), "OOB_LSI") {}
+
+std::string RedfishEncryptionDriver::EncryptionMode(const std::string& mode) {
+    const std::string word = sim::ModeSetting::Lower(mode);
+    if (word == "none") {
+        return "Disabled";
+    }
+    if (word == "local") {
+        return "UseLocalKey";
+    }
+    if (word == "external") {
+        return "UseExternalKey";
+    }
+    return {};
+}
+
+RedfishEncryptionDriver::Code RedfishEncryptionDriver::GetController(int controller,
+                                                                     EKMController& record,
+                                                                     bool with_volumes,
+                                                                     std::string& message) {
+    return access_.Read("Encryption", "getController", controller, message,
+                        [&](const std::shared_ptr<sim::MachineStore>& store, const StorageTree&,
+                            std::string& text) {
+                            sim::SimEncryptionDriver driver(store);
+                            return driver.GetController(controller, record, with_volumes, text);
+                        });
+}
+
+RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int controller,
+                                                                     const std::string& mode,
+                                                                     std::string& message) {
+    return access_.Write(controller, message,
+                         [&mode](const ControllerLinks& links, const sim::Controller& model,
+                                 RedfishClient& client, std::string& text) {
+                             json body = {{"Oem", {{"Raidcfg", {{"EkmMode", mode}}}}}};
+                             const std::string standard = EncryptionMode(mode);
+                             if (!standard.empty()) {
+                                 body["EncryptionMode"] = standard;
+                             }
+                             const Code code =
+                                 BmcAccess::Outcome(client.Patch(links.storage, body), text);
+                             // A PATCH to the mode the controller has is accepted and changes
+                             // nothing: 34.
+                             std::string current = model.ekm_mode.value_or("");
+                             std::string ignored;
+                             if (code == RAID_OK && model.ekm_mode &&
+                                 sim::ModeSetting::Change(current, model.ekm_modes, mode,
+                                                          ignored) == RAID_OK_UNCHANGED) {
+                                 return RAID_OK_UNCHANGED;
+                             }
+                             return code;
+                         });
+}
+
+RedfishEncryptionDriver::Code
+RedfishEncryptionDriver::EnableEncryption(int controller, const std::vector<int>& volumes,
+                                          std::string& message) {
+    return access_.Write(
+        controller, message,
+        [&volumes](const ControllerLinks& links, const sim::Controller& model,
+                   RedfishClient& client, std::string& text) {
+            if (!links.ours) {
+                // A BMC without our action: each volume's standard Encrypted property.
+                int encrypted = 0;
+                for (const sim::Volume& volume : model.volumes) {
+                    const bool named = volumes.empty() || std::find(volumes.begin(), volumes.end(),
+                                                                    volume.id) != volumes.end();
+                    if (!named || volume.encrypted) {
+                        continue;
+                    }
+                    const Code code =
+                        BmcAccess::Outcome(client.Patch(BmcAccess::VolumePath(links, volume.id),
+                                                        json{{"Encrypted", true}}),
+                                           text);
+                    if (code != RAID_OK) {
+                        return code;
+                    }
+                    ++encrypted;
+                }
+                text = std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
+                       " newly encrypted";
+                return RAID_OK;
+            }
+            json answer;
+            const Code code = BmcAccess::Outcome(
+                client.Post(links.storage + "/Actions/Oem/Raidcfg.EncryptVolumes",
+                            json{{"Volumes", volumes}}, &answer),
+                text);
+            if (code != RAID_OK) {
+                return code;
+            }
+            // The BMC's own words for what it did ("2 volumes newly encrypted").
+            const json& info = answer.is_object() && answer.contains("@Message.ExtendedInfo")
+                                   ? answer["@Message.ExtendedInfo"]
+                                   : json();
+            if (info.is_array() && !info.empty() &&
+                RedfishWords::Text(info.front(), "MessageId") == "Raidcfg.1.0.Completed") {
+                text = RedfishWords::Text(info.front(), "Message");
+            }
+            return code;
+        });
+}
+
+} // namespace redfish

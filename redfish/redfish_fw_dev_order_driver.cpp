@@ -1,0 +1,49 @@
+#include "redfish/redfish_fw_dev_order_driver.hpp"
+
+#include "backend/fw_dev_order_controller.hpp"
+#include "redfish/redfish_connection.hpp"
+#include "sim/mode_setting.hpp"
+#include "sim/sim_fw_dev_order_driver.hpp"
+
+namespace redfish {
+
+using namespace Quillon::RaidConfig;
+using nlohmann::json;
+
+RedfishFwDevOrderDriver::RedfishFwDevOrderDriver(const RedfishConnection& connection)
+    : access_(connection.shared_tree(), "OOB_LSI") {}
+
+RedfishFwDevOrderDriver::Code RedfishFwDevOrderDriver::GetController(int controller,
+                                                                     FWDevOrderController& record,
+                                                                     std::string& message) {
+    return access_.Read("FirmwareDeviceOrder", "GetController", controller, message,
+                        [&](const std::shared_ptr<sim::MachineStore>& store, const StorageTree&,
+                            std::string& text) {
+                            sim::SimFwDevOrderDriver driver(store);
+                            return driver.GetController(controller, record, text);
+                        });
+}
+
+RedfishFwDevOrderDriver::Code
+RedfishFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller, const std::string& mode,
+                                                 std::string& message) {
+    return access_.Write(
+        controller, message,
+        [&mode](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+                std::string& text) {
+            const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
+            const Code code =
+                BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);
+            // A PATCH to the value the controller has is accepted and changes nothing: 34.
+            std::string current = model.fw_device_order.value_or("");
+            std::string ignored;
+            if (code == RAID_OK && model.fw_device_order &&
+                sim::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
+                    RAID_OK_UNCHANGED) {
+                return RAID_OK_UNCHANGED;
+            }
+            return code;
+        });
+}
+
+} // namespace redfish

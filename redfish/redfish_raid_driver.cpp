@@ -1,0 +1,587 @@
+#include "redfish/redfish_raid_driver.hpp"
+
+#include <charconv>
+#include <utility>
+
+#include "backend/records.hpp"
+#include "redfish/redfish_connection.hpp"
+#include "redfish/redfish_words.hpp"
+#include "sim/mode_setting.hpp"
+#include "sim/sim_raid_driver.hpp"
+
+namespace redfish {
+
+using namespace Quillon::RaidConfig;
+using nlohmann::json;
+
+namespace {
+
+json Reference(const std::string& path) {
+    return json{{"@odata.id", path}};
+}
+
+json DriveLinks(const ControllerLinks& links, const std::vector<std::vector<int>>& spans) {
+    json drives = json::array();
+    for (const auto& span : spans) {
+        for (int disk : span) {
+            drives.push_back(Reference(BmcAccess::DrivePath(links, std::to_string(disk))));
+        }
+    }
+    return drives;
+}
+
+json SpareLinks(const ControllerLinks& links, const std::vector<int>& spares) {
+    json drives = json::array();
+    for (int disk : spares) {
+        drives.push_back(Reference(BmcAccess::DrivePath(links, std::to_string(disk))));
+    }
+    return drives;
+}
+
+// The leading digits of a size or strip text and the unit after them, lower case; false when
+// the text does not start with a number that fits.
+bool SplitNumber(const std::string& text, long long& number, std::string& unit) {
+    const char* end = text.data() + text.size();
+    const auto [stop, problem] = std::from_chars(text.data(), end, number);
+    if (problem != std::errc() || stop == text.data() || number < 0 || number > 99999999) {
+        return false;
+    }
+    unit = sim::ModeSetting::Lower(std::string(stop, end));
+    return true;
+}
+
+// "256K", "64k", "128KB", "128" (KiB), "1MB", "1M" in bytes; 0 when the text is none of these.
+long long StripBytes(const std::string& text) {
+    long long number = 0;
+    std::string unit;
+    if (!SplitNumber(text, number, unit)) {
+        return 0;
+    }
+    if (unit.empty() || unit == "k" || unit == "kb") {
+        return number * 1024;
+    }
+    if (unit == "m" || unit == "mb") {
+        return number * 1024 * 1024;
+    }
+    return 0;
+}
+
+// Whole MiB as bytes ("102400", "512MB", "1GB"); 0 for all space, shares and anything else.
+long long SizeBytes(const std::string& text) {
+    long long number = 0;
+    std::string unit;
+    if (!SplitNumber(text, number, unit)) {
+        return 0;
+    }
+    const long long mebibyte = 1048576;
+    if (unit.empty() || unit == "m" || unit == "mb") {
+        return number * mebibyte;
+    }
+    if (unit == "g" || unit == "gb") {
+        return number * 1024 * mebibyte;
+    }
+    if (unit == "t" || unit == "tb") {
+        return number * 1024 * 1024 * mebibyte;
+    }
+    return 0;
+}
+
+// The standard RAIDType of a level as a request names it ("5", "raid5", "1T", "10triple"); empty
+// for a level the standard has no name for.
+std::string StandardType(const std::string& level) {
+    std::string word = sim::ModeSetting::Lower(level);
+    if (word.rfind("raid", 0) == 0) {
+        word = word.substr(4);
+    }
+    if (word == "1t") {
+        word = "1triple";
+    } else if (word == "10t") {
+        word = "10triple";
+    }
+    static const char* const kNamed[] = {"0",  "1",  "5",  "6",       "10",
+                                         "50", "60", "00", "1triple", "10triple"};
+    for (const char* named : kNamed) {
+        if (word == named) {
+            return RedfishWords::RaidType(word);
+        }
+    }
+    return {};
+}
+
+const char* WriteCachePolicy(int code, bool counts_from_one) {
+    switch (counts_from_one ? code - 1 : code) {
+    case 0:
+        return "WriteThrough";
+    case 1:
+        return "ProtectedWriteBack";
+    case 2:
+        return "UnprotectedWriteBack";
+    default:
+        return nullptr;
+    }
+}
+
+const char* ReadCachePolicy(int code) {
+    switch (code) {
+    case 0:
+        return "Off";
+    case 1:
+        return "ReadAhead";
+    case 2:
+        return "AdaptiveReadAhead";
+    default:
+        return nullptr;
+    }
+}
+
+// The standard part every family's request shares: level, name, size and strip.
+void Common(json& body, json& oem, const std::string& level, const std::string& name,
+            const std::string& size, const std::string& strip) {
+    const std::string type = StandardType(level);
+    if (!type.empty()) {
+        body["RAIDType"] = type;
+    }
+    body["DisplayName"] = name;
+    if (const long long bytes = SizeBytes(size); bytes > 0) {
+        body["CapacityBytes"] = bytes;
+    }
+    if (const long long bytes = StripBytes(strip); bytes > 0) {
+        body["StripSizeBytes"] = bytes;
+    }
+    oem["RAIDLevel"] = level;
+    oem["Size"] = size;
+    oem["StripSize"] = strip;
+}
+
+json Spans(const std::vector<std::vector<int>>& spans) {
+    json list = json::array();
+    for (const auto& span : spans) {
+        list.push_back(span);
+    }
+    return list;
+}
+
+json Wrap(json body, json oem) {
+    body["Oem"] = json{{"Raidcfg", std::move(oem)}};
+    return body;
+}
+
+} // namespace
+
+RedfishRaidDriver::RedfishRaidDriver(const RedfishConnection& connection, std::string family)
+    : access_(connection.shared_tree(), std::move(family)) {}
+
+template <typename Reader>
+RedfishRaidDriver::Code RedfishRaidDriver::Read(const std::string& op, int controller,
+                                                std::string& error_text, Reader reader) {
+    const std::string& family = access_.family();
+    return access_.Read("Raid", op, controller, error_text,
+                        [&](const std::shared_ptr<sim::MachineStore>& store,
+                            const StorageTree& tree, std::string& text) {
+                            sim::SimRaidDriver driver(store, family);
+                            return reader(driver, tree, text);
+                        });
+}
+
+void RedfishRaidDriver::GetControllerIds(std::vector<int>& ids) {
+    ids = access_.ControllerIds();
+}
+
+// ---- reads: the simulated driver's own, over the tree ----
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetCanMakeGoodDiskIds(int controller,
+                                                                 std::vector<int>& disks,
+                                                                 std::string& error_text) {
+    disks.clear();
+    return Read("GetCanMakeGoodDiskIds", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetCanMakeGoodDiskIds(controller, disks, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetCanMakeJbodDiskIds(int controller,
+                                                                 std::vector<int>& disks,
+                                                                 std::string& error_text) {
+    disks.clear();
+    return Read("GetCanMakeJbodDiskIds", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetCanMakeJbodDiskIds(controller, disks, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetAllVolumes(int controller, std::vector<int>& volumes,
+                                                         std::string& error_text) {
+    volumes.clear();
+    return Read("GetAllVolumes", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetAllVolumes(controller, volumes, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller, Controller& record,
+                                                         std::string& error_text) {
+    return Read("GetController", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree& tree, std::string& text) {
+                    const Code code = driver.GetController(controller, record, text);
+                    // The controller's address is where the BMC really keeps it.
+                    const ControllerLinks* links = tree.LinksOf(access_.family(), controller);
+                    if (code == RAID_OK && links != nullptr && !links->storage.empty()) {
+                        record.raid_url = links->storage;
+                    }
+                    return code;
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller, M2CtrlInfo& record,
+                                                         std::string& error_text) {
+    return Read("GetController", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetController(controller, record, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller,
+                                                         Quillon::protocol::MicrochipCtrl& record,
+                                                         std::string& error_text) {
+    return Read("GetController", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetController(controller, record, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller,
+                                                         Quillon::protocol::VolManDevCtrl& record,
+                                                         std::string& error_text) {
+    return Read("GetController", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetController(controller, record, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetConfig(int controller,
+                                                     std::vector<VolumeObject>& volumes,
+                                                     std::vector<int>& hot_spares,
+                                                     std::string& error_text) {
+    return Read("GetConfig", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetConfig(controller, volumes, hot_spares, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetConfig(int controller, M2VolumeInfo& volume,
+                                                     std::string& error_text) {
+    return Read("GetConfig", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetConfig(controller, volume, text);
+                });
+}
+
+RedfishRaidDriver::Code
+RedfishRaidDriver::GetConfig(int controller,
+                             std::vector<Quillon::protocol::OobMicroConfig>& volumes,
+                             std::string& error_text) {
+    return Read("GetConfig", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetConfig(controller, volumes, text);
+                });
+}
+
+RedfishRaidDriver::Code
+RedfishRaidDriver::GetConfig(int controller,
+                             std::vector<Quillon::protocol::VolManDevConfig>& volumes,
+                             std::vector<int>& hot_spares, std::string& error_text) {
+    return Read("GetConfig", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetConfig(controller, volumes, hot_spares, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetFirmwareDeviceOrderCtrl(
+    int controller, Quillon::protocol::FWDevOrderCtrl& record, std::string& error_text) {
+    return Read("GetFirmwareDeviceOrderCtrl", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetFirmwareDeviceOrderCtrl(controller, record, text);
+                });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::GetSupportedRaidLevels(int controller,
+                                                                  std::vector<std::string>& levels,
+                                                                  std::string& error_text) {
+    return Read("GetSupportedRaidLevels", controller, error_text,
+                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
+                    return driver.GetSupportedRaidLevels(controller, levels, text);
+                });
+}
+
+// ---- writes: one request each ----
+
+RedfishRaidDriver::Code RedfishRaidDriver::ClearConfig(int controller, std::string& error_text) {
+    return access_.Write(controller, error_text,
+                         [](const ControllerLinks& links, const sim::Controller&,
+                            RedfishClient& client, std::string& text) {
+                             return BmcAccess::Outcome(
+                                 client.Post(links.storage + "/Actions/Storage.ResetToDefaults",
+                                             json{{"ResetType", "ResetAll"}}),
+                                 text);
+                         });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::RemoveVolume(int controller, int volume,
+                                                        std::string& error_text) {
+    return access_.Write(controller, error_text,
+                         [volume](const ControllerLinks& links, const sim::Controller&,
+                                  RedfishClient& client, std::string& text) {
+                             return BmcAccess::Outcome(
+                                 client.Delete(BmcAccess::VolumePath(links, volume)), text);
+                         });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::MakeGood(int controller, int disk,
+                                                    std::string& error_text) {
+    return access_.Write(controller, error_text,
+                         [disk](const ControllerLinks& links, const sim::Controller&,
+                                RedfishClient& client, std::string& text) {
+                             // A JBOD disk is good again when its pass-through volume goes; any
+                             // other disk is handed to the BMC's make-good action, which refuses
+                             // what it cannot do.
+                             const auto pass_through = links.pass_through.find(disk);
+                             if (pass_through != links.pass_through.end()) {
+                                 return BmcAccess::Outcome(client.Delete(pass_through->second),
+                                                           text);
+                             }
+                             return BmcAccess::Outcome(
+                                 client.Post(BmcAccess::DrivePath(links, std::to_string(disk)) +
+                                                 "/Actions/Oem/Raidcfg.MakeGood",
+                                             json::object()),
+                                 text);
+                         });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::MakeJbod(int controller, int disk,
+                                                    std::string& error_text) {
+    return access_.Write(
+        controller, error_text,
+        [disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+               std::string& text) {
+            const json body = {
+                {"RAIDType", "None"},
+                {"Links",
+                 {{"Drives",
+                   json::array({Reference(BmcAccess::DrivePath(links, std::to_string(disk)))})}}}};
+            return BmcAccess::Outcome(client.Post(BmcAccess::VolumesPath(links), body), text);
+        });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::AddGlobalHotSpare(int controller,
+                                                             const std::string& disk,
+                                                             std::string& error_text) {
+    return access_.Write(
+        controller, error_text,
+        [&disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+                std::string& text) {
+            return BmcAccess::Outcome(
+                client.Patch(BmcAccess::DrivePath(links, disk), json{{"HotspareType", "Global"}}),
+                text);
+        });
+}
+
+RedfishRaidDriver::Code
+RedfishRaidDriver::AddDedicatedHotSpare(int controller, const std::string& disk,
+                                        const std::vector<std::string>& disk_groups,
+                                        std::string& error_text) {
+    return access_.Write(
+        controller, error_text,
+        [&](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+            std::string& text) {
+            // The disk groups are volume ids; the standard link names the volumes we know.
+            json volumes = json::array();
+            for (const std::string& group : disk_groups) {
+                for (const sim::Volume& volume : model.volumes) {
+                    if (std::to_string(volume.id) == group) {
+                        volumes.push_back(Reference(BmcAccess::VolumePath(links, volume.id)));
+                    }
+                }
+            }
+            const json body = {{"HotspareType", "Dedicated"},
+                               {"Links", {{"Volumes", volumes}}},
+                               {"Oem", {{"Raidcfg", {{"DiskGroups", disk_groups}}}}}};
+            return BmcAccess::Outcome(client.Patch(BmcAccess::DrivePath(links, disk), body), text);
+        });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::RemoveHotSpare(int controller, const std::string& disk,
+                                                          std::string& error_text) {
+    return access_.Write(
+        controller, error_text,
+        [&disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+                std::string& text) {
+            return BmcAccess::Outcome(
+                client.Patch(BmcAccess::DrivePath(links, disk), json{{"HotspareType", "None"}}),
+                text);
+        });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::FastInit(int controller, int volume,
+                                                    std::string& error_text) {
+    return access_.Write(
+        controller, error_text,
+        [volume](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+                 std::string& text) {
+            return BmcAccess::Outcome(
+                client.Post(BmcAccess::VolumePath(links, volume) + "/Actions/Volume.Initialize",
+                            json{{"InitializeType", "Fast"}}),
+                text);
+        });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::RaidChangeConnectorMode(int controller,
+                                                                   const std::string& connector,
+                                                                   const std::string& mode,
+                                                                   std::string& error_text) {
+    return access_.Write(controller, error_text,
+                         [&](const ControllerLinks& links, const sim::Controller&,
+                             RedfishClient& client, std::string& text) {
+                             json answer;
+                             const Code code = BmcAccess::Outcome(
+                                 client.Post(BmcAccess::ControllerPath(links) +
+                                                 "/Actions/Oem/Raidcfg.ChangeConnectorMode",
+                                             json{{"Connector", connector}, {"Mode", mode}},
+                                             &answer),
+                                 text);
+                             return code == RAID_OK ? BmcAccess::SuccessCode(answer) : code;
+                         });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int controller,
+                                                                      const std::string& mode,
+                                                                      std::string& error_text) {
+    return access_.Write(
+        controller, error_text,
+        [&mode](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+                std::string& text) {
+            const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
+            const Code code =
+                BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);
+            // A PATCH to the value the controller has is accepted and changes nothing: 34.
+            std::string current = model.fw_device_order.value_or("");
+            std::string ignored;
+            if (code == RAID_OK && model.fw_device_order &&
+                sim::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
+                    RAID_OK_UNCHANGED) {
+                return RAID_OK_UNCHANGED;
+            }
+            return code;
+        });
+}
+
+// ---- volume creation ----
+
+RedfishRaidDriver::Code
+RedfishRaidDriver::Create(int controller, const std::function<json(const ControllerLinks&)>& body,
+                          std::string& error_text) {
+    return access_.Write(controller, error_text,
+                         [&body](const ControllerLinks& links, const sim::Controller&,
+                                 RedfishClient& client, std::string& text) {
+                             return BmcAccess::Outcome(
+                                 client.Post(BmcAccess::VolumesPath(links), body(links)), text);
+                         });
+}
+
+json RedfishRaidDriver::VolumeBody(const ControllerLinks& links, const std::string& family,
+                                   const VolumeObject& request) {
+    json body = json::object();
+    json oem = json::object();
+    Common(body, oem, request.raid_level, request.vol_name, request.volume_size,
+           request.strip_size);
+    body["Links"] = {{"Drives", DriveLinks(links, request.disks)},
+                     {"DedicatedSpareDrives", SpareLinks(links, request.hot_spares)}};
+    if (const char* word = WriteCachePolicy(request.write_policy, family == "OOB_MICROCHIP")) {
+        body["WriteCachePolicy"] = word;
+    }
+    if (const char* word = ReadCachePolicy(request.read_policy)) {
+        body["ReadCachePolicy"] = word;
+    }
+    oem["Spans"] = Spans(request.disks);
+    oem["RestDisks"] = request.rest_disks;
+    oem["HotSpares"] = request.hot_spares;
+    oem["WritePolicy"] = request.write_policy;
+    oem["ReadPolicy"] = request.read_policy;
+    oem["IOPolicy"] = request.io_policy;
+    oem["AccessPolicy"] = request.access_policy;
+    oem["DiskCachePolicy"] = request.cache_policy;
+    oem["Initialization"] = request.initialization;
+    return Wrap(std::move(body), std::move(oem));
+}
+
+json RedfishRaidDriver::VolumeBody(const ControllerLinks& /*links*/,
+                                   const M2ControllerObject& request) {
+    json body = json::object();
+    json oem = json::object();
+    Common(body, oem, request.raid_level, request.vol_name, "", request.strip_size);
+    oem.erase("Size"); // an M.2 volume always takes the free disks whole
+    return Wrap(std::move(body), std::move(oem));
+}
+
+json RedfishRaidDriver::VolumeBody(const ControllerLinks& links,
+                                   const Quillon::protocol::OobMicroConfig& request) {
+    json body = json::object();
+    json oem = json::object();
+    Common(body, oem, request.raid_level, request.vol_name, request.volume_size,
+           request.strip_size);
+    body["Links"] = {{"Drives", DriveLinks(links, request.disks)},
+                     {"DedicatedSpareDrives", SpareLinks(links, request.hot_spares)}};
+    if (const char* word = WriteCachePolicy(request.write_policy, true)) {
+        body["WriteCachePolicy"] = word;
+    }
+    if (const char* word = ReadCachePolicy(request.read_policy)) {
+        body["ReadCachePolicy"] = word;
+    }
+    oem["Spans"] = Spans(request.disks);
+    oem["HotSpares"] = request.hot_spares;
+    oem["WritePolicy"] = request.write_policy;
+    oem["ReadPolicy"] = request.read_policy;
+    return Wrap(std::move(body), std::move(oem));
+}
+
+json RedfishRaidDriver::VolumeBody(const ControllerLinks& links,
+                                   const Quillon::protocol::VolManDevConfig& request) {
+    json body = json::object();
+    json oem = json::object();
+    Common(body, oem, request.raid_level, request.vol_name, request.volume_size,
+           request.strip_size);
+    body["Links"] = {{"Drives", DriveLinks(links, request.disks)}};
+    oem["Spans"] = Spans(request.disks);
+    return Wrap(std::move(body), std::move(oem));
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::Add(const VolumeObject& request,
+                                               std::string& error_text) {
+    const std::string family = access_.family();
+    return Create(
+        request.controller_id,
+        [&](const ControllerLinks& links) { return VolumeBody(links, family, request); },
+        error_text);
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::Add(const M2ControllerObject& request,
+                                               std::string& error_text) {
+    return Create(
+        request.controller_id,
+        [&](const ControllerLinks& links) { return VolumeBody(links, request); }, error_text);
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::Add(const Quillon::protocol::OobMicroConfig& request,
+                                               std::string& error_text) {
+    return Create(
+        request.controller_id,
+        [&](const ControllerLinks& links) { return VolumeBody(links, request); }, error_text);
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::Add(const Quillon::protocol::VolManDevConfig& request,
+                                               std::string& error_text) {
+    return Create(
+        request.controller_id,
+        [&](const ControllerLinks& links) { return VolumeBody(links, request); }, error_text);
+}
+
+} // namespace redfish

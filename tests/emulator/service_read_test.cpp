@@ -1,0 +1,307 @@
+// Reads of the Redfish service on the demo machine: service root, authentication, sessions, the
+// Storage tree, $expand and ETags.
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "sim/machine_json.hpp"
+#include "tests/emulator/service_fixture.hpp"
+#include "tests/support/file_text.hpp"
+
+#include <gtest/gtest.h>
+
+namespace emulator_test {
+namespace {
+
+using nlohmann::json;
+
+class EmulatorReadTest : public ServiceFixture {
+protected:
+    // Every resource of the Storage tree, by URL: found by following the links from the
+    // collection, so that nothing the tree links is left out.
+    json Tree() {
+        json tree = json::object();
+        AddTree(kStorage, tree);
+        return tree;
+    }
+
+    void AddTree(const std::string& uri, json& tree) {
+        if (tree.contains(uri)) {
+            return;
+        }
+        const json resource = GetJson(uri);
+        tree[uri] = resource;
+        Follow(resource, tree);
+    }
+
+    void Follow(const json& node, json& tree) {
+        if (node.is_array()) {
+            for (const json& element : node) {
+                Follow(element, tree);
+            }
+            return;
+        }
+        if (!node.is_object()) {
+            return;
+        }
+        if (node.size() == 1 && node.contains("@odata.id")) {
+            const std::string uri = node["@odata.id"].get<std::string>();
+            if (uri.rfind(kStorage, 0) == 0 && uri.find('#') == std::string::npos) {
+                AddTree(uri, tree);
+            }
+            return;
+        }
+        for (auto item = node.begin(); item != node.end(); ++item) {
+            if (item.key() != "Actions") {
+                Follow(item.value(), tree);
+            }
+        }
+    }
+};
+
+TEST_F(EmulatorReadTest, ServiceRootIsOpenAndAdvertisesExpand) {
+    const emulator::HttpResponse response = Send("GET", "/redfish/v1/", "", {});
+    ASSERT_EQ(response.status, 200);
+    const json root = json::parse(response.body);
+    EXPECT_EQ(root["Links"]["Sessions"]["@odata.id"], "/redfish/v1/SessionService/Sessions");
+    EXPECT_EQ(root["ProtocolFeaturesSupported"]["ExpandQuery"], json({{"ExpandAll", true},
+                                                                      {"Levels", true},
+                                                                      {"MaxLevels", 2},
+                                                                      {"Links", true},
+                                                                      {"NoLinks", true}}));
+    raidcfg_test::ExpectGolden(RAIDCFG_TEST_DATA_DIR, "service_root.json", root.dump(2) + "\n");
+}
+
+TEST_F(EmulatorReadTest, NoExpandHidesExpandAndAnswers501) {
+    Restart(false);
+    const json root = GetJson("/redfish/v1");
+    EXPECT_FALSE(root["ProtocolFeaturesSupported"].contains("ExpandQuery"));
+    const emulator::HttpResponse response = Get(std::string(kStorage) + "?$expand=.");
+    EXPECT_EQ(response.status, 501);
+    EXPECT_EQ(FirstMessage(response)["MessageId"], "Base.1.8.QueryNotSupported");
+    EXPECT_EQ(Get(kStorage).status, 200);
+}
+
+TEST_F(EmulatorReadTest, AnonymousRootIsNotExpanded) {
+    const emulator::HttpResponse response = Send("GET", "/redfish/v1?$expand=*", "", {});
+    ASSERT_EQ(response.status, 200);
+    EXPECT_EQ(json::parse(response.body)["Systems"], json({{"@odata.id", "/redfish/v1/Systems"}}));
+}
+
+TEST_F(EmulatorReadTest, ResourcesNeedAuthentication) {
+    const emulator::HttpResponse none = Send("GET", kStorage, "", {});
+    EXPECT_EQ(none.status, 401);
+    EXPECT_EQ(none.Header("WWW-Authenticate"), "Basic realm=\"raidcfg-bmc\"");
+    EXPECT_EQ(FirstMessage(none)["MessageId"], "Base.1.8.NoValidSession");
+
+    // "admin:wrong"
+    const emulator::HttpResponse wrong =
+        Send("GET", kStorage, "", {{"authorization", "Basic YWRtaW46d3Jvbmc="}});
+    EXPECT_EQ(wrong.status, 401);
+    EXPECT_EQ(FirstMessage(wrong)["MessageId"], "Base.1.8.ResourceAtUriUnauthorized");
+    EXPECT_EQ(wrong.body.find("wrong"), std::string::npos);
+
+    EXPECT_EQ(Send("GET", kStorage, "", {{"Authorization", kBasic}}).status, 200);
+    EXPECT_EQ(Send("GET", kStorage, "", {{"X-Auth-Token", "not-a-token"}}).status, 401);
+}
+
+TEST_F(EmulatorReadTest, CredentialsFollowTheMachineFile) {
+    sim::Machine machine = Machine();
+    machine.bmc.user = "root";
+    machine.bmc.password = "calvin";
+    UseMachine(machine);
+    EXPECT_EQ(Get(kStorage).status, 401);
+    // "root:calvin"
+    EXPECT_EQ(Send("GET", kStorage, "", {{"Authorization", "Basic cm9vdDpjYWx2aW4="}}).status, 200);
+}
+
+TEST_F(EmulatorReadTest, SessionLoginUseAndLogout) {
+    const emulator::HttpResponse login = Send("POST", "/redfish/v1/SessionService/Sessions",
+                                              R"({"UserName": "admin", "Password": "secret"})", {});
+    ASSERT_EQ(login.status, 201);
+    const std::string token = login.Header("X-Auth-Token");
+    const std::string location = login.Header("Location");
+    ASSERT_EQ(token.size(), 32U);
+    ASSERT_EQ(location.rfind("/redfish/v1/SessionService/Sessions/", 0), 0U);
+    EXPECT_EQ(login.body.find(token), std::string::npos);
+    EXPECT_EQ(login.body.find("secret"), std::string::npos);
+    EXPECT_EQ(json::parse(login.body)["UserName"], "admin");
+
+    EXPECT_EQ(Send("GET", kStorage, "", {{"X-Auth-Token", token}}).status, 200);
+    const json sessions = json::parse(
+        Send("GET", "/redfish/v1/SessionService/Sessions", "", {{"X-Auth-Token", token}}).body);
+    EXPECT_EQ(sessions["Members"], json::array({{{"@odata.id", location}}}));
+
+    EXPECT_EQ(Send("DELETE", location, "", {{"X-Auth-Token", token}}).status, 204);
+    EXPECT_EQ(Send("GET", kStorage, "", {{"X-Auth-Token", token}}).status, 401);
+    EXPECT_EQ(Send("DELETE", location).status, 404);
+}
+
+TEST_F(EmulatorReadTest, SessionLoginWithWrongPasswordIsRefused) {
+    const emulator::HttpResponse login = Send("POST", "/redfish/v1/SessionService/Sessions",
+                                              R"({"UserName": "admin", "Password": "nope"})", {});
+    EXPECT_EQ(login.status, 401);
+    EXPECT_TRUE(login.Header("X-Auth-Token").empty());
+    EXPECT_EQ(
+        Send("POST", "/redfish/v1/SessionService/Sessions", R"({"UserName": "admin"})", {}).status,
+        400);
+}
+
+TEST_F(EmulatorReadTest, DemoStorageTreeMatchesGolden) {
+    const json tree = Tree();
+    // Seven out-of-band controllers: the in-band families are not served.
+    EXPECT_EQ(tree[kStorage]["Members@odata.count"], 7);
+    raidcfg_test::ExpectGolden(RAIDCFG_TEST_DATA_DIR, "demo_storage_tree.json",
+                               tree.dump(2) + "\n");
+}
+
+TEST_F(EmulatorReadTest, ManagerCarriesTheBmcAnswers) {
+    sim::Machine machine = Machine();
+    machine.bmc.bmc_type.reset();
+    machine.bmc.vantor_v3 = true;
+    machine.bmc.cim = false;
+    machine.bmc.rest_connections = 3;
+    UseMachine(machine);
+    const json oem = GetJson("/redfish/v1/Managers/1")["Oem"]["Raidcfg"];
+    EXPECT_EQ(oem, json({{"AmbitType", nullptr},
+                         {"VantorV3", true},
+                         {"SupportInfo", true},
+                         {"RestConnections", 3},
+                         {"Ssh", true},
+                         {"Rest", true},
+                         {"Cim", false}}));
+}
+
+TEST_F(EmulatorReadTest, FamiliesAreToldApartByManufacturerModelAndCfcMark) {
+    const std::string base = std::string(kStorage) + "/";
+    const json lsi = GetJson(base + "OOB_LSI-0/Controllers/0");
+    EXPECT_EQ(lsi["Manufacturer"], "Broadcom");
+    const json vroc = GetJson(base + "OOB_VROC-0/Controllers/0");
+    EXPECT_EQ(vroc["Manufacturer"], "Intel");
+    EXPECT_NE(vroc["Model"].get<std::string>().find("VROC"), std::string::npos);
+    const json cfc = GetJson(base + "OOB_CFC-1");
+    EXPECT_TRUE(cfc["Oem"]["Raidcfg"]["Cfc"].get<bool>());
+    EXPECT_EQ(cfc["StorageControllers"][0]["Manufacturer"], "Microchip");
+    EXPECT_FALSE(GetJson(base + "OOB_MICROCHIP-0")["Oem"]["Raidcfg"]["Cfc"].get<bool>());
+}
+
+TEST_F(EmulatorReadTest, InlineStorageControllersMatchTheCollectionMember) {
+    const std::string base = std::string(kStorage) + "/OOB_LSI-0";
+    json member = GetJson(base + "/Controllers/0");
+    json inline_controller = GetJson(base)["StorageControllers"][0];
+    for (const char* key : {"@odata.id", "@odata.type", "@odata.context", "@odata.etag", "Id"}) {
+        member.erase(key);
+    }
+    EXPECT_EQ(inline_controller["@odata.id"], base + "#/StorageControllers/0");
+    inline_controller.erase("@odata.id");
+    inline_controller.erase("MemberId");
+    EXPECT_EQ(inline_controller, member);
+}
+
+TEST_F(EmulatorReadTest, JbodDiskShowsAsPassThroughVolume) {
+    const std::string base = std::string(kStorage) + "/OOB_LSI-0";
+    const json volumes = GetJson(base + "/Volumes");
+    EXPECT_EQ(volumes["Members"].back()["@odata.id"], base + "/Volumes/PassThrough-8");
+    const json pass = GetJson(base + "/Volumes/PassThrough-8");
+    EXPECT_EQ(pass["RAIDType"], "None");
+    EXPECT_TRUE(pass["Oem"]["Raidcfg"]["PassThrough"].get<bool>());
+    EXPECT_EQ(GetJson(base + "/Drives/8")["Links"]["Volumes"][0]["@odata.id"],
+              base + "/Volumes/PassThrough-8");
+    EXPECT_EQ(Get(base + "/Volumes/PassThrough-6").status, 404);
+}
+
+TEST_F(EmulatorReadTest, ExpandLevelOneReplacesNonLinkReferences) {
+    const std::string base = std::string(kStorage) + "/OOB_LSI-0";
+    const json storage = GetJson(base + "?$expand=.");
+    EXPECT_EQ(storage["Drives"][0]["Id"], "0");
+    EXPECT_EQ(storage["Volumes"]["Members"][0], json({{"@odata.id", base + "/Volumes/0"}}));
+    EXPECT_EQ(storage["Controllers"]["Members@odata.count"], 1);
+
+    const json volume = GetJson(base + "/Volumes/0?%24expand=.%28%24levels%3D1%29");
+    EXPECT_EQ(volume["Links"]["Drives"][0], json({{"@odata.id", base + "/Drives/0"}}));
+}
+
+TEST_F(EmulatorReadTest, ExpandLevelTwoReachesCollectionMembers) {
+    const json storages = GetJson(std::string(kStorage) + "?$expand=.($levels=2)");
+    const json& lsi = storages["Members"][0];
+    EXPECT_EQ(lsi["Id"], "OOB_LSI-0");
+    EXPECT_EQ(lsi["Drives"][4]["HotspareType"], "Dedicated");
+    EXPECT_EQ(lsi["Volumes"]["Members"][0].size(), 1U);
+
+    const json volumes =
+        GetJson(std::string(kStorage) + "/OOB_MICROCHIP-0/Volumes?$expand=.($levels=2)");
+    EXPECT_EQ(volumes["Members"][1]["Oem"]["Raidcfg"]["Spans"], json::parse("[[4]]"));
+    // Levels above the advertised maximum count as the maximum.
+    EXPECT_EQ(GetJson(std::string(kStorage) + "?$expand=.($levels=5)"), storages);
+}
+
+TEST_F(EmulatorReadTest, ExpandLinksForms) {
+    const std::string volume = std::string(kStorage) + "/OOB_LSI-0/Volumes/0";
+    const json links_only = GetJson(volume + "?$expand=~");
+    EXPECT_EQ(links_only["Links"]["Drives"][0]["Id"], "0");
+    EXPECT_EQ(links_only["Links"]["DedicatedSpareDrives"][0]["HotspareType"], "Dedicated");
+    const json all = GetJson(volume + "?$expand=*");
+    EXPECT_EQ(all["Links"]["Drives"], links_only["Links"]["Drives"]);
+    const json system = GetJson("/redfish/v1/Systems/1?$expand=~");
+    EXPECT_EQ(system["Storage"], json({{"@odata.id", kStorage}}));
+    EXPECT_EQ(system["Links"]["ManagedBy"][0]["ManagerType"], "BMC");
+    EXPECT_EQ(Get(volume + "?$expand=x").status, 400);
+    EXPECT_EQ(Get(volume + "?$expand=.($levels=0)").status, 400);
+}
+
+TEST_F(EmulatorReadTest, ETagIsStrongStableAndHonoured) {
+    const std::string drive = std::string(kStorage) + "/OOB_LSI-0/Drives/6";
+    const emulator::HttpResponse first = Get(drive);
+    const std::string etag = first.Header("ETag");
+    ASSERT_EQ(etag.size(), 18U);
+    EXPECT_EQ(etag.front(), '"');
+    EXPECT_EQ(json::parse(first.body)["@odata.etag"], etag);
+    EXPECT_EQ(Get(drive).Header("ETag"), etag);
+    // The ETag of an expanded answer is the resource's own.
+    EXPECT_EQ(Get(drive + "?$expand=*").Header("ETag"), etag);
+
+    EXPECT_EQ(Send("GET", drive, "", {{"Authorization", kBasic}, {"If-None-Match", etag}}).status,
+              304);
+    const emulator::HttpResponse stale =
+        Send("PATCH", drive, R"({"HotspareType": "Global"})",
+             {{"Authorization", kBasic}, {"If-Match", "\"0000000000000000\""}});
+    EXPECT_EQ(stale.status, 412);
+    EXPECT_EQ(Disk(Controller("OOB_LSI", 0), 6).state, "UGood");
+
+    const emulator::HttpResponse fresh = Send("PATCH", drive, R"({"HotspareType": "Global"})",
+                                              {{"Authorization", kBasic}, {"If-Match", etag}});
+    EXPECT_EQ(fresh.status, 200);
+    EXPECT_NE(Get(drive).Header("ETag"), etag);
+    // The old ETag no longer matches.
+    EXPECT_EQ(Send("PATCH", drive, R"({"HotspareType": "None"})",
+                   {{"Authorization", kBasic}, {"If-Match", etag}})
+                  .status,
+              412);
+}
+
+TEST_F(EmulatorReadTest, ChangesByOtherProcessesAreSeen) {
+    const std::string drive = std::string(kStorage) + "/OOB_LSI-0/Drives/6";
+    EXPECT_EQ(GetJson(drive)["Oem"]["Raidcfg"]["State"], "UGood");
+    sim::Machine machine = Machine();
+    for (sim::Controller& controller : machine.controllers) {
+        if (controller.family == "OOB_LSI") {
+            controller.disks[6].state = "UBad";
+        }
+    }
+    // Written behind the service's back, as another process would.
+    raidcfg_test::WriteFile(path_, sim::MachineJson::Serialize(machine));
+    EXPECT_EQ(GetJson(drive)["Oem"]["Raidcfg"]["State"], "UBad");
+}
+
+TEST_F(EmulatorReadTest, UnknownPlacesAndMethods) {
+    EXPECT_EQ(Get(std::string(kStorage) + "/LSI-0").status, 404);
+    EXPECT_EQ(Get(std::string(kStorage) + "/OOB_LSI-0/Drives/99").status, 404);
+    const emulator::HttpResponse missing = Get("/redfish/v1/Nothing");
+    EXPECT_EQ(missing.status, 404);
+    EXPECT_EQ(Code(missing), 5);
+    EXPECT_EQ(Send("PUT", "/redfish/v1/Systems/1").status, 405);
+    EXPECT_EQ(Post("/redfish/v1/Managers/1", json::object()).status, 405);
+}
+
+} // namespace
+} // namespace emulator_test
