@@ -91,8 +91,9 @@ RedfishEncryptionDriver::EnableEncryption(int controller, const std::vector<int>
                     }
                     ++encrypted;
                 }
-                text = std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
-                       " newly encrypted";
+                // Stands directly behind "Success." in the row, so it brings its own blank.
+                text = " " + std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
+                       " newly encrypted.";
                 return RAID_OK;
             }
             json answer;
@@ -103,7 +104,7 @@ RedfishEncryptionDriver::EnableEncryption(int controller, const std::vector<int>
             if (code != RAID_OK) {
                 return code;
             }
-            // The BMC's own words for what it did ("2 volumes newly encrypted").
+            // The BMC's own words for what it did (" 2 volumes newly encrypted.").
             const json& info = answer.is_object() && answer.contains("@Message.ExtendedInfo")
                                    ? answer["@Message.ExtendedInfo"]
                                    : json();

@@ -15,12 +15,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/child_process.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"
 
 #include <gtest/gtest.h>
-
-extern char** environ;
 
 namespace {
 
@@ -28,68 +27,19 @@ const std::string kRaidcfg = RAIDCFG_BIN_DIR "/raidcfg";
 const std::string kEmulator = RAIDCFG_BIN_DIR "/raidcfg-bmc";
 const std::string kDemoMachine = RAIDCFG_TEST_DATA_DIR "/../../sim/demo-machine.json";
 
-// Starts program with args in dir, standard output and error going to files; the environment
-// is the test's own without any RAIDCFG_ variable.
+using Outcome = raidcfg_test::ProgramOutcome;
+
 pid_t Spawn(const std::string& program, const std::vector<std::string>& args,
             const std::string& dir, const std::string& out_path, const std::string& err_path) {
-    std::vector<std::string> environment;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (std::strncmp(*entry, "RAIDCFG_", 8) != 0) {
-            environment.emplace_back(*entry);
-        }
-    }
-    std::vector<char*> env_pointers;
-    env_pointers.reserve(environment.size() + 1);
-    for (std::string& entry : environment) {
-        env_pointers.push_back(entry.data());
-    }
-    env_pointers.push_back(nullptr);
-    std::vector<std::string> argv_text{program};
-    argv_text.insert(argv_text.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    argv.reserve(argv_text.size() + 1);
-    for (std::string& arg : argv_text) {
-        argv.push_back(arg.data());
-    }
-    argv.push_back(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        const int out_fd = open(out_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int err_fd = open(err_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int in_fd = open("/dev/null", O_RDONLY);
-        if (out_fd < 0 || err_fd < 0 || in_fd < 0 || chdir(dir.c_str()) != 0 ||
-            dup2(out_fd, 1) < 0 || dup2(err_fd, 2) < 0 || dup2(in_fd, 0) < 0) {
-            _exit(126);
-        }
-        execve(argv[0], argv.data(), env_pointers.data());
-        _exit(127);
-    }
-    return child;
+    return raidcfg_test::SpawnProgram(program, args, dir, out_path, err_path);
 }
 
-// The exit status of a child, -1 when it did not exit normally.
 int WaitFor(pid_t child) {
-    int status = 0;
-    if (child <= 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
-        return -1;
-    }
-    return WEXITSTATUS(status);
+    return raidcfg_test::WaitForProgram(child);
 }
-
-struct Outcome {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
 
 Outcome RunRaidcfg(const std::string& dir, const std::vector<std::string>& args) {
-    raidcfg_test::TempDir capture;
-    Outcome outcome;
-    outcome.status =
-        WaitFor(Spawn(kRaidcfg, args, dir, capture.File("stdout"), capture.File("stderr")));
-    outcome.out = raidcfg_test::ReadFile(capture.File("stdout"));
-    outcome.err = raidcfg_test::ReadFile(capture.File("stderr"));
-    return outcome;
+    return raidcfg_test::RunProgram(kRaidcfg, dir, args);
 }
 
 std::string LastLine(const std::string& text) {

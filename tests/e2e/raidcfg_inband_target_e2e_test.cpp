@@ -10,87 +10,23 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/child_process.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"
 
 #include <gtest/gtest.h>
 
-extern char** environ;
-
 namespace {
 
 const std::string kProgram = RAIDCFG_BIN_DIR "/raidcfg";
 
-struct Outcome {
-    int status = -1; // the exit status, -1 when the program did not exit normally
-    std::string out;
-    std::string err;
-};
+using Outcome = raidcfg_test::ProgramOutcome;
 
-// Runs raidcfg with args in dir, stdout and stderr captured apart. The environment is the test's
-// own without any RAIDCFG_ variable, plus env. With input, standard input reads that text;
-// without, the program shares the test's own standard input.
+// Runs raidcfg with args in dir; with input, standard input reads that text.
 Outcome RunRaidcfg(const std::string& dir, const std::vector<std::string>& args,
                    const std::map<std::string, std::string>& env = {},
                    const std::optional<std::string>& input = std::nullopt) {
-    raidcfg_test::TempDir capture;
-    const std::string out_path = capture.File("stdout");
-    const std::string err_path = capture.File("stderr");
-    const std::string in_path = capture.File("stdin");
-    if (input) {
-        raidcfg_test::WriteFile(in_path, *input);
-    }
-
-    std::vector<std::string> environment;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        if (std::strncmp(*entry, "RAIDCFG_", 8) != 0) {
-            environment.emplace_back(*entry);
-        }
-    }
-    for (const auto& [name, value] : env) {
-        environment.push_back(name);
-        environment.back().append("=").append(value);
-    }
-    std::vector<char*> env_pointers;
-    env_pointers.reserve(environment.size() + 1);
-    for (std::string& entry : environment) {
-        env_pointers.push_back(entry.data());
-    }
-    env_pointers.push_back(nullptr);
-    std::vector<std::string> argv_text{kProgram};
-    argv_text.insert(argv_text.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    argv.reserve(argv_text.size() + 1);
-    for (std::string& arg : argv_text) {
-        argv.push_back(arg.data());
-    }
-    argv.push_back(nullptr);
-
-    const pid_t child = fork();
-    if (child == 0) {
-        const int out_fd = open(out_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int err_fd = open(err_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        if (out_fd < 0 || err_fd < 0 || chdir(dir.c_str()) != 0 || dup2(out_fd, 1) < 0 ||
-            dup2(err_fd, 2) < 0) {
-            _exit(126);
-        }
-        if (input) {
-            const int in_fd = open(in_path.c_str(), O_RDONLY);
-            if (in_fd < 0 || dup2(in_fd, 0) < 0) {
-                _exit(126);
-            }
-        }
-        execve(argv[0], argv.data(), env_pointers.data());
-        _exit(127);
-    }
-    Outcome outcome;
-    int status = 0;
-    if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status)) {
-        outcome.status = WEXITSTATUS(status);
-    }
-    outcome.out = raidcfg_test::ReadFile(out_path);
-    outcome.err = raidcfg_test::ReadFile(err_path);
-    return outcome;
+    return raidcfg_test::RunProgram(kProgram, dir, args, env, input);
 }
 
 std::string LastLine(const std::string& text) {

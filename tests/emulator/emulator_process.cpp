@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/child_process.hpp"
 #include "tests/support/file_text.hpp"
 
 namespace emulator_test {
@@ -24,25 +25,9 @@ std::string Text(const std::string& path) {
 EmulatorProcess::EmulatorProcess(const std::string& dir, const std::vector<std::string>& args)
     : out_(dir + "/stdout"), err_(dir + "/stderr") {
     const std::string program = std::string(RAIDCFG_BIN_DIR) + "/raidcfg-bmc";
-    std::vector<std::string> argv_text{program};
-    argv_text.insert(argv_text.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    argv.reserve(argv_text.size() + 1);
-    for (std::string& arg : argv_text) {
-        argv.push_back(arg.data());
-    }
-    argv.push_back(nullptr);
-    pid_ = fork();
+    pid_ = raidcfg_test::SpawnProgram(program, args, dir, out_, err_);
     if (pid_ < 0) {
         throw std::runtime_error("fork failed");
-    }
-    if (pid_ == 0) {
-        const int out = open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        const int err = open(err_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        dup2(out, STDOUT_FILENO);
-        dup2(err, STDERR_FILENO);
-        execv(program.c_str(), argv.data());
-        _exit(127);
     }
 }
 

@@ -371,7 +371,7 @@ TEST_F(RedfishDriverTest, ARealBmcEncryptsEachVolumeWithTheStandardProperty) {
     std::string message;
     EXPECT_EQ(encryption.EnableEncryption(0, {}, message), RAID_OK);
     EXPECT_EQ(Body(Last("PATCH")), (json{{"Encrypted", true}}));
-    EXPECT_EQ(message, "1 volume newly encrypted");
+    EXPECT_EQ(message, " 1 volume newly encrypted.");
 }
 
 } // namespace

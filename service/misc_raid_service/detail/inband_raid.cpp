@@ -6,12 +6,10 @@
 #include <fstream>
 #include <iostream>
 
-#include <boost/algorithm/string/case_conv.hpp>
-#include <boost/algorithm/string/trim.hpp>
-
 #include "backend/raid_configuration.hpp"
 #include "collaborators/log.hpp"
 #include "result/result_values.hpp"
+#include "service/misc_raid_service/detail/action_outcome.hpp"
 #include "service/misc_raid_service/detail/inband_policy.hpp"
 #include "service/misc_raid_service/detail/raid_config_parser.hpp"
 #include "service/misc_raid_service/detail/raid_option_processor.hpp"
@@ -233,23 +231,7 @@ void InbandRaid::TakeResults(std::map<std::string, std::string>& results) const 
 
 bool InbandRaid::ConfirmOperation(const std::string& prompt) {
     const TraceScope trace("ConfirmOperation");
-    Tell(prompt);
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        Tell("Please type yes(y) or no(n):");
-        std::string answer;
-        std::getline(*input_, answer);
-        boost::algorithm::to_lower(answer);
-        boost::algorithm::trim(answer);
-        if (answer == "yes" || answer == "y") {
-            return true;
-        }
-        if (answer == "no" || answer == "n") {
-            // The same words for every action, as on the road without targets.
-            RAIDCFG_LOG(4) << "user gave up creating the config.";
-            return false;
-        }
-    }
-    return false;
+    return ActionOutcome::Confirm(*input_, prompt);
 }
 
 } // namespace detail

@@ -13,6 +13,7 @@
 #include "collaborators/table_serializer.hpp"
 #include "result/raid_error_code.hpp"
 #include "result/result_values.hpp"
+#include "service/misc_raid_service/detail/action_outcome.hpp"
 #include "service/misc_raid_service/detail/inband_raid.hpp"
 #include "service/misc_raid_service/detail/policy_file_preview.hpp"
 #include "service/misc_raid_service/detail/raid_client.hpp"
@@ -155,26 +156,7 @@ void InbandRaid::PrintResults(const std::vector<RaidResult>& rows, const std::st
 
 std::uint32_t InbandRaid::SummaryResults(const std::vector<RaidResult>& rows) {
     RAIDCFG_LOG(4) << "Entering  service::detail::InbandRaid::SummaryResults";
-    std::uint32_t value = result::Success;
-    if (rows.size() == 1) {
-        // Alone, a row's code maps as it is: 34 (already so) counts as success.
-        value = result::RaidResultFromError(rows.front().code);
-    } else if (rows.size() > 1) {
-        // Intended: among several rows only code 0 counts as good, so a row of 34 counts as
-        // failed here, as on every other road.
-        std::size_t good = 0;
-        std::size_t failed = 0;
-        for (const RaidResult& row : rows) {
-            if (row.code == Quillon::RaidConfig::RAID_OK) {
-                ++good;
-            } else {
-                ++failed;
-            }
-        }
-        if (failed != 0) {
-            value = good == 0 ? result::RaidFailsOnAllTargets : result::RaidFailsOnSomeTargets;
-        }
-    }
+    const std::uint32_t value = ActionOutcome::Summarize(rows);
     RAIDCFG_LOG(4) << "Exiting  service::detail::InbandRaid::SummaryResults";
     return value;
 }

@@ -4,9 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include <boost/algorithm/string/case_conv.hpp>
-#include <boost/algorithm/string/trim.hpp>
-
 #include "backend/cfc_hw_raid_storage.hpp"
 #include "backend/hw_raid_arcconf.hpp"
 #include "backend/hw_raid_storage.hpp"
@@ -21,6 +18,7 @@
 #include "collaborators/system_check.hpp"
 #include "collaborators/tessel_connect.hpp"
 #include "result/result_values.hpp"
+#include "service/misc_raid_service/detail/action_outcome.hpp"
 #include "service/misc_raid_service/detail/raid_option_processor.hpp"
 
 namespace service {
@@ -355,26 +353,9 @@ void RaidClient::Tell(const std::string& text) {
 
 bool RaidClient::ConfirmOperation(const std::string& prompt) {
     RAIDCFG_LOG(4) << "Entering  service::detail::RaidClient::ConfirmOperation";
-    Tell(prompt);
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        Tell("Please type yes(y) or no(n):");
-        std::string answer;
-        std::getline(*input_, answer);
-        boost::algorithm::to_lower(answer);
-        boost::algorithm::trim(answer);
-        if (answer == "yes" || answer == "y") {
-            RAIDCFG_LOG(4) << "Exiting  service::detail::RaidClient::ConfirmOperation";
-            return true;
-        }
-        if (answer == "no" || answer == "n") {
-            // The same words for every action: the log has always said so.
-            RAIDCFG_LOG(4) << "user gave up creating the config.";
-            RAIDCFG_LOG(4) << "Exiting  service::detail::RaidClient::ConfirmOperation";
-            return false;
-        }
-    }
+    const bool confirmed = ActionOutcome::Confirm(*input_, prompt);
     RAIDCFG_LOG(4) << "Exiting  service::detail::RaidClient::ConfirmOperation";
-    return false;
+    return confirmed;
 }
 
 std::uint32_t RaidClient::GetBmcType(int& out) {

@@ -8,6 +8,7 @@
 #include "collaborators/log.hpp"
 #include "collaborators/table_serializer.hpp"
 #include "result/result_values.hpp"
+#include "service/misc_raid_service/detail/action_outcome.hpp"
 #include "service/misc_raid_service/detail/raid_client.hpp"
 
 namespace service {
@@ -59,26 +60,7 @@ void RaidClient::PrintResultTable(const std::string& title) {
 
 std::uint32_t RaidClient::SummaryResults() const {
     RAIDCFG_LOG(4) << "Entering  service::detail::RaidClient::SummaryResults";
-    std::uint32_t value = result::Success;
-    if (rows_.size() == 1) {
-        // Alone, a row's code maps as it is: 34 (already so) counts as success.
-        value = result::RaidResultFromError(rows_.front().code);
-    } else if (rows_.size() > 1) {
-        // Intended: among several rows only code 0 counts as good, so a row of 34 (already so)
-        // counts as failed here; callers rely on this tally.
-        std::size_t good = 0;
-        std::size_t failed = 0;
-        for (const RaidResult& row : rows_) {
-            if (row.code == Quillon::RaidConfig::RAID_OK) {
-                ++good;
-            } else {
-                ++failed;
-            }
-        }
-        if (failed != 0) {
-            value = good == 0 ? result::RaidFailsOnAllTargets : result::RaidFailsOnSomeTargets;
-        }
-    }
+    const std::uint32_t value = ActionOutcome::Summarize(rows_);
     RAIDCFG_LOG(4) << "Exiting  service::detail::RaidClient::SummaryResults";
     return value;
 }
