@@ -22,6 +22,7 @@
 #include "sim/sim_platform.hpp"
 #include "sim/sim_raid_driver.hpp"
 #include "sim/simulated_machine.hpp"
+#include "tests/service/misc_raid_service/detail/client_rows.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"
 
@@ -168,26 +169,8 @@ const char* const kTargets = R"({"controllers": [
    "disks": [{"id": 0, "capacity_mb": 228936}, {"id": 1, "capacity_mb": 228936}]}
 ]})";
 
-struct Row {
-    std::string device;
-    std::string text;
-    int code = 0;
-    bool operator==(const Row& other) const {
-        return device == other.device && text == other.text && code == other.code;
-    }
-};
-
-std::ostream& operator<<(std::ostream& out, const Row& row) {
-    return out << "{" << row.device << ", \"" << row.text << "\", " << row.code << "}";
-}
-
-std::vector<Row> Rows(const RaidClient& client) {
-    std::vector<Row> rows;
-    for (const auto& row : client.rows()) {
-        rows.push_back(Row{row.device, row.result, static_cast<int>(row.code)});
-    }
-    return rows;
-}
+using client_test::Row;
+using client_test::Rows;
 
 const std::string kCreated = "Volume has been created successfully.";
 const std::string kSpare = "Disk has been assigned global hot spare sucessfully.";

@@ -17,6 +17,7 @@
 #include "sim/machine_store.hpp"
 #include "sim/sim_platform.hpp"
 #include "sim/simulated_machine.hpp"
+#include "tests/service/misc_raid_service/detail/client_rows.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"
 
@@ -64,26 +65,8 @@ std::string WithFaults(const std::string& json, const std::string& faults = "") 
     return text;
 }
 
-struct Row {
-    std::string device;
-    std::string text;
-    int code = 0;
-    bool operator==(const Row& other) const {
-        return device == other.device && text == other.text && code == other.code;
-    }
-};
-
-std::ostream& operator<<(std::ostream& out, const Row& row) {
-    return out << "{" << row.device << ", \"" << row.text << "\", " << row.code << "}";
-}
-
-std::vector<Row> Rows(const RaidClient& client) {
-    std::vector<Row> rows;
-    for (const auto& row : client.rows()) {
-        rows.push_back(Row{row.device, row.result, static_cast<int>(row.code)});
-    }
-    return rows;
-}
+using client_test::Row;
+using client_test::Rows;
 
 class RaidClientHotSpareTest : public ::testing::Test {
 protected:
