@@ -340,6 +340,16 @@ void RaidClient::AddRow(const std::string& device, const std::string& text, Raid
     rows_.push_back(RaidResult{device, text, code});
 }
 
+void RaidClient::AddQueryRow(int number, RaidErrorCode code, const std::string& failure_text) {
+    std::string text = failure_text;
+    if (code == Quillon::RaidConfig::RAID_OK) {
+        text = success_text_;
+    } else if (code == Quillon::RaidConfig::RAID_TARGET_NOT_FOUND) {
+        text = NoControllerText(number);
+    }
+    AddRow(CtrlLabel(number), text, code);
+}
+
 std::string RaidClient::TakeError(Raid& backend) {
     std::string text = std::move(backend.error_text);
     backend.error_text.clear();

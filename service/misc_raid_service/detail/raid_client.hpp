@@ -192,6 +192,9 @@ public:
 
     // Appends one row of the outcome.
     void AddRow(const std::string& device, const std::string& text, RaidErrorCode code);
+    // The row of a query about the controller of a flat number: the success word, the missing
+    // controller, or failure_text for any other code.
+    void AddQueryRow(int number, RaidErrorCode code, const std::string& failure_text);
     // Moves the backend's last failure text out, leaving it empty, so each text is told once.
     static std::string TakeError(Raid& backend);
 

@@ -70,17 +70,11 @@ RaidClient::ShowEKMOOB(const std::vector<QuillonConnection::ConnectionInfo>& con
             }
             EKMController found;
             const RaidErrorCode code = encryption->getController(entry.second.id, found);
-            std::string text;
             if (code == RAID_OK) {
                 ids.push_back(entry.first);
                 records.push_back(found);
-                text = success_text_;
-            } else if (code == RAID_TARGET_NOT_FOUND) {
-                text = NoControllerText(entry.first);
-            } else {
-                text = encryption->GetErrorMsg();
             }
-            AddRow(CtrlLabel(entry.first), text, code);
+            AddQueryRow(entry.first, code, encryption->GetErrorMsg());
         }
         utils_.PrintEKM(ids, records);
         if (rows_.empty()) {
@@ -98,16 +92,10 @@ RaidClient::ShowEKMOOB(const std::vector<QuillonConnection::ConnectionInfo>& con
         } else {
             EKMController found;
             const RaidErrorCode code = encryption->getController(record.id, found);
-            std::string text;
             if (code == RAID_OK) {
                 utils_.PrintEKM({target_index_}, {found});
-                text = success_text_;
-            } else if (code == RAID_TARGET_NOT_FOUND) {
-                text = NoControllerText(target_index_);
-            } else {
-                text = encryption->GetErrorMsg();
             }
-            AddRow(CtrlLabel(target_index_), text, code);
+            AddQueryRow(target_index_, code, encryption->GetErrorMsg());
         }
     }
     PrintResultTable(ekm_title_);

@@ -67,17 +67,11 @@ std::uint32_t RaidClient::ShowWithFirmwareDeviceOrder() {
                 // The controller lacks the function: left out without a row.
                 continue;
             }
-            std::string text;
             if (code == RAID_OK) {
                 ids.push_back(number);
                 records.push_back(found);
-                text = success_text_;
-            } else if (code == RAID_TARGET_NOT_FOUND) {
-                text = NoControllerText(number);
-            } else {
-                text = TakeProtocolError(*backend);
             }
-            AddRow(CtrlLabel(number), text, code);
+            AddQueryRow(number, code, TakeProtocolError(*backend));
         }
         utils_.PrintFwDeviceOrder(ids, records);
         if (rows_.empty()) {
@@ -94,16 +88,10 @@ std::uint32_t RaidClient::ShowWithFirmwareDeviceOrder() {
         } else if (const auto backend = std::dynamic_pointer_cast<HWRaidStorcli>(record.backend)) {
             FWDevOrderCtrl found;
             const RaidErrorCode code = backend->GetFirmwareDeviceOrderCtrl(record.id, found);
-            std::string text;
             if (code == RAID_OK) {
                 utils_.PrintFwDeviceOrder({target_index_}, {found});
-                text = success_text_;
-            } else if (code == RAID_TARGET_NOT_FOUND) {
-                text = NoControllerText(target_index_);
-            } else {
-                text = TakeProtocolError(*backend);
             }
-            AddRow(CtrlLabel(target_index_), text, code);
+            AddQueryRow(target_index_, code, TakeProtocolError(*backend));
         }
     }
     PrintResultTable(show_fw_device_order_title_);
@@ -163,17 +151,11 @@ std::uint32_t RaidClient::ShowOobWithFirmwareDeviceOrder(
             if (code == RAID_DEVICE_UNSUPPORTED) {
                 continue;
             }
-            std::string text;
             if (code == RAID_OK) {
                 ids.push_back(entry.first);
                 records.push_back(found);
-                text = success_text_;
-            } else if (code == RAID_TARGET_NOT_FOUND) {
-                text = NoControllerText(entry.first);
-            } else {
-                text = fw_order->GetErrorMsg();
             }
-            AddRow(CtrlLabel(entry.first), text, code);
+            AddQueryRow(entry.first, code, fw_order->GetErrorMsg());
         }
         utils_.PrintOobFwDeviceOrder(ids, records, result_page_);
         if (rows_.empty()) {
@@ -189,16 +171,10 @@ std::uint32_t RaidClient::ShowOobWithFirmwareDeviceOrder(
             // No family test on this road: the BMC tells a controller without the function.
             FWDevOrderController found;
             const RaidErrorCode code = fw_order->GetController(record.id, found);
-            std::string text;
             if (code == RAID_OK) {
                 utils_.PrintOobFwDeviceOrder({target_index_}, {found}, result_page_);
-                text = success_text_;
-            } else if (code == RAID_TARGET_NOT_FOUND) {
-                text = NoControllerText(target_index_);
-            } else {
-                text = fw_order->GetErrorMsg();
             }
-            AddRow(CtrlLabel(target_index_), text, code);
+            AddQueryRow(target_index_, code, fw_order->GetErrorMsg());
         }
     }
     PrintResultTable(show_fw_device_order_title_);
