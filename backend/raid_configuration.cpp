@@ -401,28 +401,25 @@ int RaidConfiguration::RaidAddHotSpare(RaidTarget::Type type, const std::vector<
         const RaidErrorCode code = volumes.empty()
                                        ? backend.AddGlobalHotSpare(member->id, disk)
                                        : backend.AddDedicatedHotSpare(member->id, disk, volumes);
-        switch (code) {
-        case RAID_OK:
-            AddRow(device, kSuccessText, code);
-            break;
-        case RAID_TARGET_NOT_FOUND:
-            TakeError(backend);
-            AddRow(device, NoTargetText(device), code);
-            break;
-        case RAID_ADDHSP_REFUSED:
-            TakeError(backend);
-            AddRow(device, "The target " + device + " can't do addhsp operation", code);
-            break;
-        case RAID_FUNCTION_UNSUPPORTED:
-            TakeError(backend);
-            AddRow(device, "The controller does not support.", code);
-            break;
-        default:
-            AddRow(device, TakeError(backend), code);
-            break;
-        }
+        AddHotSpareRow(device, code, RAID_ADDHSP_REFUSED, "addhsp", backend);
     }
     return RAID_OK;
+}
+
+void RaidConfiguration::AddHotSpareRow(const std::string& device, RaidErrorCode code,
+                                       RaidErrorCode refused, const char* word, Raid& backend) {
+    // The backend's own text is kept only where no row text of ours says more.
+    std::string text = TakeError(backend);
+    if (code == RAID_OK) {
+        text = kSuccessText;
+    } else if (code == RAID_TARGET_NOT_FOUND) {
+        text = NoTargetText(device);
+    } else if (code == refused) {
+        text = "The target " + device + " can't do " + word + " operation";
+    } else if (code == RAID_FUNCTION_UNSUPPORTED) {
+        text = "The controller does not support.";
+    }
+    AddRow(device, text, code);
 }
 
 int RaidConfiguration::RaidRemoveHotSpare(RaidTarget::Type type,
@@ -440,26 +437,7 @@ int RaidConfiguration::RaidRemoveHotSpare(RaidTarget::Type type,
     for (const std::string& disk : disks) {
         const std::string device = DiskDevice(*member, disk);
         const RaidErrorCode code = backend.RemoveHotSpare(member->id, disk);
-        switch (code) {
-        case RAID_OK:
-            AddRow(device, kSuccessText, code);
-            break;
-        case RAID_TARGET_NOT_FOUND:
-            TakeError(backend);
-            AddRow(device, NoTargetText(device), code);
-            break;
-        case RAID_RMHSP_REFUSED:
-            TakeError(backend);
-            AddRow(device, "The target " + device + " can't do rmhsp operation", code);
-            break;
-        case RAID_FUNCTION_UNSUPPORTED:
-            TakeError(backend);
-            AddRow(device, "The controller does not support.", code);
-            break;
-        default:
-            AddRow(device, TakeError(backend), code);
-            break;
-        }
+        AddHotSpareRow(device, code, RAID_RMHSP_REFUSED, "rmhsp", backend);
     }
     return RAID_OK;
 }

@@ -82,6 +82,10 @@ private:
     const Member* Single(RaidTarget::Type type) const;
 
     void AddRow(const std::string& device, const std::string& text, RaidErrorCode code);
+    // The row of one hot spare disk after the backend answered code; refused is the code of a
+    // disk in the wrong state, word the action it names ("addhsp" or "rmhsp").
+    void AddHotSpareRow(const std::string& device, RaidErrorCode code, RaidErrorCode refused,
+                        const char* word, Raid& backend);
     // The row of a member that names nothing; true when the member is such a one.
     bool Missing(const Member& member);
 
