@@ -23,6 +23,9 @@ struct ConnectOption {
     bool verify_tls = true; // false only when the user asked for --insecure
     std::string ca_file;    // trust this PEM file instead of the system store
     int timeout_seconds = 30;
+    // The Redfish Id of the one computer system to work on, on a BMC that manages several;
+    // empty: every system's storage.
+    std::string system;
 };
 
 constexpr std::int32_t kConnectLocal = 0;

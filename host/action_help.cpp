@@ -19,7 +19,7 @@ constexpr const char* kCommonOptions =
     "  --log-dir DIR          where raidcfg.log goes (default: the output directory)\n"
     "  -q, --quiet            no progress output; the result line is still printed\n"
     "  --bmc, --local-bmc, --user, --password, --http, --insecure, --cacert, --timeout,\n"
-    "  --machine              see raidcfg --help\n";
+    "  --system, --machine    see raidcfg --help\n";
 
 const std::array<Action, 13> kActions = {{
     {"show", "show controllers, volumes and disks",
@@ -221,6 +221,9 @@ std::string ActionHelp::ProgramText() {
         "  --insecure             do not verify the BMC's TLS certificate\n"
         "  --cacert FILE          trust the certificates of this PEM file for the BMC\n"
         "  --timeout SECONDS      limit for each BMC request, a whole number (default: 30)\n"
+        "  --system ID            on a BMC that manages several computer systems: only the\n"
+        "                         storage of the system whose Redfish Id is ID (default: every\n"
+        "                         system's storage, in the BMC's order)\n"
         "  --machine FILE|demo    serve everything from a simulated machine: the built-in demo\n"
         "                         or a JSON file; RAIDCFG_MACHINE is used when it is not given\n"
         "\n"

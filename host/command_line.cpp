@@ -26,10 +26,10 @@
 namespace host {
 namespace {
 
-constexpr std::array<const char*, 17> kValueOptions = {
+constexpr std::array<const char*, 18> kValueOptions = {
     "--output",   "--file",      "--ctrl",    "--target",  "--vol",       "--disk",
     "--dg",       "--connector", "--mode",    "--bmc",     "--local-bmc", "--user",
-    "--password", "--cacert",    "--timeout", "--machine", "--log-dir"};
+    "--password", "--cacert",    "--timeout", "--machine", "--log-dir",   "--system"};
 
 constexpr std::array<const char*, 8> kLongFlags = {
     "--yes", "--save-to-output", "--cfc", "--quiet", "--http", "--insecure", "--help", "--version"};
@@ -253,8 +253,8 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     if (insecure && given("--cacert")) {
         return Fail("--insecure and --cacert cannot be used together");
     }
-    for (const char* name :
-         {"--output", "--log-dir", "--machine", "--cacert", "--user", "--password", "--timeout"}) {
+    for (const char* name : {"--output", "--log-dir", "--machine", "--cacert", "--user",
+                             "--password", "--timeout", "--system"}) {
         if (given(name) && values[name].empty()) {
             return Fail(std::string("option ") + name + " needs a value");
         }
@@ -343,6 +343,7 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     }
     connect.scheme = http ? "http" : "https";
     connect.verify_tls = !insecure;
+    connect.system = values["--system"];
     return true;
 }
 

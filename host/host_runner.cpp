@@ -92,6 +92,11 @@ int HostRunner::Run(const HostSettings& settings, std::ostream& out, std::ostrea
 
     service::ServiceRaid raid(option);
     const TesselResult result = raid.Run();
+    // The service's result says only "Connection failed."; the BMC's own reason goes first.
+    const std::string failure = redfish::RedfishBackends::Failure();
+    if (!failure.empty() && result.code() != 0) {
+        err << "raidcfg: " << failure << '\n';
+    }
     out << result << '\n';
     out.flush();
     const unsigned int code = result.code();

@@ -7,8 +7,23 @@
 
 namespace redfish {
 
+namespace {
+
+// The platform Use installed, for Failure.
+std::shared_ptr<RedfishPlatform>& Installed() {
+    static std::shared_ptr<RedfishPlatform> platform;
+    return platform;
+}
+
+} // namespace
+
 void RedfishBackends::Use() {
-    Quillon::RaidConfig::InstallBackendPlatform(std::make_shared<RedfishPlatform>());
+    Installed() = std::make_shared<RedfishPlatform>();
+    Quillon::RaidConfig::InstallBackendPlatform(Installed());
+}
+
+std::string RedfishBackends::Failure() {
+    return Installed() ? Installed()->Failure() : std::string();
 }
 
 } // namespace redfish

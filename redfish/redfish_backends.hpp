@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "result/raidcfg_export.hpp"
 
 namespace redfish {
@@ -10,6 +12,9 @@ namespace redfish {
 class RedfishBackends {
 public:
     RAIDCFG_EXPORT static void Use();
+    // Why the BMC could not be used in this run, in words for the user (no secret in it);
+    // empty when nothing failed or Use was not called.
+    RAIDCFG_EXPORT static std::string Failure();
 };
 
 } // namespace redfish

@@ -3,6 +3,7 @@
 #include "redfish/redfish_client.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <exception>
 #include <initializer_list>
@@ -25,7 +26,6 @@ namespace {
 
 constexpr const char* kServiceRoot = "/redfish/v1";
 constexpr const char* kDefaultSessions = "/redfish/v1/SessionService/Sessions";
-constexpr const char* kDefaultSystems = "/redfish/v1/Systems";
 // Log-out is bounded on its own: a dead BMC must not hold the end of the run for long.
 constexpr milliseconds kLogoutLimit{10000};
 
@@ -51,6 +51,39 @@ std::string Concat(std::initializer_list<std::string_view> parts) {
         text.append(part);
     }
     return text;
+}
+
+// When a write is put off until the server is reset: the answer's or task's
+// @Redfish.OperationApplyTime other than "Immediate", or a pending task whose messages say it
+// waits for a reset; empty for a write applied now.
+std::string DeferredTo(const nlohmann::json& body) {
+    if (!body.is_object()) {
+        return {};
+    }
+    const auto time = body.find("@Redfish.OperationApplyTime");
+    if (time != body.end() && time->is_string() && time->get<std::string>() != "Immediate") {
+        return time->get<std::string>();
+    }
+    const auto state = body.find("TaskState");
+    const auto messages = body.find("Messages");
+    if (state == body.end() || *state != "Pending" || messages == body.end() ||
+        !messages->is_array()) {
+        return {};
+    }
+    for (const nlohmann::json& message : *messages) {
+        std::string text =
+            message.is_object() && message.contains("Message") && message["Message"].is_string()
+                ? message["Message"].get<std::string>()
+                : std::string();
+        std::transform(text.begin(), text.end(), text.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        for (const char* word : {"reset", "reboot", "restart", "power cycle"}) {
+            if (text.find(word) != std::string::npos) {
+                return "OnReset";
+            }
+        }
+    }
+    return {};
 }
 
 bool TaskRunning(const std::string& state) {
@@ -340,9 +373,18 @@ RedfishStatus RedfishClient::LogIn(Budget& budget) {
 }
 
 RedfishStatus RedfishClient::CheckCredentials(Budget& budget) {
-    std::string systems = LinkOf(service_root_, "Systems");
+    // Any collection that needs authentication tells whether the credentials pass.
+    std::string systems;
+    for (const char* name : {"Systems", "Managers", "Chassis"}) {
+        systems = LinkOf(service_root_, name);
+        if (!systems.empty()) {
+            break;
+        }
+    }
     if (systems.empty()) {
-        systems = kDefaultSystems;
+        RAIDCFG_LOG(2) << "Redfish: BMC " << authority_
+                       << " lists no collection to check the credentials with";
+        return RedfishStatus{};
     }
     HttpResponse response;
     RedfishStatus status = Send("GET", systems, "", budget, response);
@@ -425,11 +467,28 @@ RedfishStatus RedfishClient::Write(const std::string& method, const std::string&
         return Failure(method, path, response);
     }
     last_location_ = detail::PathOf(response.Header("location"));
-    if (out != nullptr && !response.body.empty() && !detail::ParseJson(response.body, *out)) {
+    nlohmann::json answer;
+    if (!response.body.empty() && !detail::ParseJson(response.body, answer)) {
         return Fail(Quillon::RaidConfig::RAID_REST_FAILED,
                     detail::MalformedJson(authority_, method, path).text);
     }
+    if (const std::string deferred = DeferredTo(answer); !deferred.empty()) {
+        return Deferred(method, path, deferred);
+    }
+    if (out != nullptr) {
+        *out = std::move(answer);
+    }
     return RedfishStatus{};
+}
+
+RedfishStatus RedfishClient::Deferred(const std::string& method, const std::string& path,
+                                      const std::string& apply_time) const {
+    // Not done yet, and not failed: the row must not say the change is there.
+    return Fail(Quillon::RaidConfig::RAID_OPERATION_FAILED,
+                Concat({"BMC ", authority_, ": ", method, " ", path,
+                        " was accepted, but the BMC applies it only at the next reset of the "
+                        "server (",
+                        apply_time, ")"}));
 }
 
 RedfishStatus RedfishClient::FollowTask(const std::string& method, const std::string& path,
@@ -476,6 +535,12 @@ RedfishStatus RedfishClient::FollowTask(const std::string& method, const std::st
             return status;
         }
         if (response.status == 202) {
+            nlohmann::json pending;
+            if (detail::ParseJson(response.body, pending)) {
+                if (const std::string deferred = DeferredTo(pending); !deferred.empty()) {
+                    return Deferred(method, path, deferred);
+                }
+            }
             wait = next_wait(response);
             continue;
         }
@@ -486,6 +551,9 @@ RedfishStatus RedfishClient::FollowTask(const std::string& method, const std::st
         if (!response.body.empty() && !detail::ParseJson(response.body, body)) {
             return Fail(Quillon::RaidConfig::RAID_REST_FAILED,
                         detail::MalformedJson(authority_, "GET", monitor).text);
+        }
+        if (const std::string deferred = DeferredTo(body); !deferred.empty()) {
+            return Deferred(method, path, deferred);
         }
         if (body.is_object() && body.contains("TaskState") && body["TaskState"].is_string()) {
             const std::string state = body["TaskState"].get<std::string>();

@@ -77,7 +77,10 @@ struct ClientSettings {
 // max_poll_interval) until it answers anything but 202: a task resource still running is polled
 // on; TaskState Completed (TaskStatus not Critical) or a plain answer is success; Exception,
 // Killed, Cancelled or Critical are failures with the task's messages; an HTTP error is the
-// write's error. Running out of the total gives RAID_CONNECT_FAILED.
+// write's error. Running out of the total gives RAID_CONNECT_FAILED. A write that the BMC puts
+// off until the server is reset (@Redfish.OperationApplyTime other than "Immediate" in the
+// answer or the task, or a Pending task whose messages say it waits for a reset) is
+// RAID_OPERATION_FAILED (3) with a text that says so: it is not done.
 //
 // Cache and ETags. GET answers are kept by path (with their ETag header or @odata.etag) until
 // the next POST, PATCH or DELETE, which drops the whole cache. A PATCH of a path whose cached
@@ -150,6 +153,9 @@ private:
     RedfishStatus FollowTask(const std::string& method, const std::string& path,
                              const HttpResponse& accepted, Budget& budget, nlohmann::json* out);
     RedfishStatus GetWithin(const std::string& path, Budget& budget, nlohmann::json& out);
+    // The failure of a write that the BMC puts off until the server is reset.
+    RedfishStatus Deferred(const std::string& method, const std::string& path,
+                           const std::string& apply_time) const;
     // Client-side expansion: the properties of a resource (outside "Links" and annotations)
     // levels deep, and one property value found at that level.
     RedfishStatus ExpandProperties(nlohmann::json& resource, int levels, Budget& budget);

@@ -31,7 +31,7 @@ std::string SessionKey(const TesselConnect::ConnectOption& option) {
     return option.scheme + "\n" + option.host + "\n" + std::to_string(option.port) + "\n" +
            option.user + "\n" + std::to_string(std::hash<std::string>()(option.password)) + "\n" +
            (option.verify_tls ? "verify" : "any") + "\n" + option.ca_file + "\n" +
-           std::to_string(option.timeout_seconds);
+           std::to_string(option.timeout_seconds) + "\n" + option.system;
 }
 
 bool IsOutOfBandFamily(RaidTarget::Type family) {
@@ -81,7 +81,7 @@ TesselResult RedfishPlatform::Reach(const TesselConnect::ConnectOption& option,
         settings.user = option.user;
         settings.password = option.password;
         made->client = std::make_shared<RedfishClient>(factory_(option), std::move(settings));
-        made->tree = std::make_shared<StorageTreeReader>(made->client);
+        made->tree = std::make_shared<StorageTreeReader>(made->client, option.system);
         // The client logs a failure itself, with its text scrubbed of the credentials.
         made->opened = made->client->Open();
         session_ = std::move(made);
@@ -90,18 +90,39 @@ TesselResult RedfishPlatform::Reach(const TesselConnect::ConnectOption& option,
     if (session->opened.ok()) {
         return TesselResult(result::Success);
     }
+    failure_ = session->opened.text;
     return TesselResult(session->opened.code == Quillon::RaidConfig::RAID_AUTH_FAILED
                             ? result::AuthenticationFailed
                             : result::ConnectionFailed);
 }
 
+TesselResult RedfishPlatform::Refuse(const RedfishStatus& status) {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        failure_ = status.text;
+    }
+    return TesselResult(status.code == Quillon::RaidConfig::RAID_AUTH_FAILED
+                            ? result::AuthenticationFailed
+                            : result::ConnectionFailed);
+}
+
+std::string RedfishPlatform::Failure() const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return failure_;
+}
+
 TesselResult RedfishPlatform::Admit(Session& session, const std::string& channel) {
+    // The storage is found and read before anything else: a BMC whose storage cannot be read
+    // ends the run here with the reason, rather than later as a server without controllers.
+    std::shared_ptr<const StorageTree> tree;
+    const RedfishStatus loaded = session.tree->Load(tree);
+    if (!loaded.ok()) {
+        return Refuse(loaded);
+    }
     ManagerInfo manager;
     const RedfishStatus read = session.tree->Manager(manager);
     if (!read.ok()) {
-        return TesselResult(read.code == Quillon::RaidConfig::RAID_AUTH_FAILED
-                                ? result::AuthenticationFailed
-                                : result::ConnectionFailed);
+        return Refuse(read);
     }
     const bool up = channel == "rest" ? manager.rest : channel == "ssh" ? manager.ssh : manager.cim;
     if (!up) {

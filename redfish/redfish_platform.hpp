@@ -52,20 +52,28 @@ public:
     // The settings CurlTransport takes from an option (scheme, host, port, TLS, time limit).
     static CurlSettings TransportSettings(const TesselConnect::ConnectOption& option);
 
+    // Why the BMC could not be used, in words for the user: the log-in's or the storage tree's
+    // failure of the last fetch; empty when there was none. The service's result only says
+    // "Connection failed." or "Authentication failed.".
+    std::string Failure() const;
+
 private:
     struct Session;
     // The session for option's BMC and credentials, logged in once; Success or why not.
     TesselResult Reach(const TesselConnect::ConnectOption& option,
                        std::shared_ptr<Session>& session);
-    // Checks that the Manager has channel switched on; Success or "Connection failed.".
+    // Reads the storage tree and checks that the Manager has channel switched on; Success,
+    // else "Authentication failed." or "Connection failed." with the reason kept for Failure.
     TesselResult Admit(Session& session, const std::string& channel);
+    TesselResult Refuse(const RedfishStatus& status);
     QuillonConnection::ConnectionInfo Connect(const std::shared_ptr<Session>& session,
                                               const std::string& channel) const;
 
     TransportFactory factory_;
     ClientSettings base_;
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     std::shared_ptr<Session> session_;
+    std::string failure_;
 };
 
 } // namespace redfish

@@ -1,6 +1,8 @@
 #include "redfish/redfish_raid_driver.hpp"
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
 #include <utility>
 
 #include "backend/records.hpp"
@@ -316,14 +318,40 @@ RedfishRaidDriver::Code RedfishRaidDriver::GetSupportedRaidLevels(int controller
 // ---- writes: one request each ----
 
 RedfishRaidDriver::Code RedfishRaidDriver::ClearConfig(int controller, std::string& error_text) {
-    return access_.Write(controller, error_text,
-                         [](const ControllerLinks& links, const sim::Controller&,
-                            RedfishClient& client, std::string& text) {
-                             return BmcAccess::Outcome(
-                                 client.Post(links.storage + "/Actions/Storage.ResetToDefaults",
-                                             json{{"ResetType", "ResetAll"}}),
-                                 text);
-                         });
+    return access_.Write(
+        controller, error_text,
+        [](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+           std::string& text) {
+            if (links.reset_to_defaults) {
+                return BmcAccess::Outcome(
+                    client.Post(links.storage + "/Actions/Storage.ResetToDefaults",
+                                json{{"ResetType", "ResetAll"}}),
+                    text);
+            }
+            // A Storage without the reset action: every volume deleted, newest first, and every
+            // hot spare unassigned. JBOD disks stay JBOD, as a reset of the configuration
+            // leaves them.
+            for (auto volume = model.volumes.rbegin(); volume != model.volumes.rend(); ++volume) {
+                const Code code = BmcAccess::Outcome(
+                    client.Delete(BmcAccess::VolumePath(links, volume->id)), text);
+                if (code != RAID_OK) {
+                    return code;
+                }
+            }
+            for (const sim::Disk& disk : model.disks) {
+                if (disk.state != "GHS" && disk.state != "DHS") {
+                    continue;
+                }
+                const Code code = BmcAccess::Outcome(
+                    client.Patch(BmcAccess::DrivePath(links, std::to_string(disk.id)),
+                                 json{{"HotspareType", "None"}}),
+                    text);
+                if (code != RAID_OK) {
+                    return code;
+                }
+            }
+            return RAID_OK;
+        });
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::RemoveVolume(int controller, int volume,
@@ -348,6 +376,14 @@ RedfishRaidDriver::Code RedfishRaidDriver::MakeGood(int controller, int disk,
                              if (pass_through != links.pass_through.end()) {
                                  return BmcAccess::Outcome(client.Delete(pass_through->second),
                                                            text);
+                             }
+                             if (!links.ours) {
+                                 // Never a volume that holds other drives: only a JBOD disk's
+                                 // own pass-through volume is deleted.
+                                 text = "disk " + std::to_string(disk) +
+                                        " is not a JBOD disk of its own; this BMC offers no "
+                                        "standard way to make it good";
+                                 return RAID_MAKEGOOD_REFUSED;
                              }
                              return BmcAccess::Outcome(
                                  client.Post(BmcAccess::DrivePath(links, std::to_string(disk)) +
@@ -402,9 +438,10 @@ RedfishRaidDriver::AddDedicatedHotSpare(int controller, const std::string& disk,
                     }
                 }
             }
-            const json body = {{"HotspareType", "Dedicated"},
-                               {"Links", {{"Volumes", volumes}}},
-                               {"Oem", {{"Raidcfg", {{"DiskGroups", disk_groups}}}}}};
+            json body = {{"HotspareType", "Dedicated"}, {"Links", {{"Volumes", volumes}}}};
+            if (links.ours) {
+                body["Oem"] = {{"Raidcfg", {{"DiskGroups", disk_groups}}}};
+            }
             return BmcAccess::Outcome(client.Patch(BmcAccess::DrivePath(links, disk), body), text);
         });
 }
@@ -441,6 +478,10 @@ RedfishRaidDriver::Code RedfishRaidDriver::RaidChangeConnectorMode(int controlle
     return access_.Write(controller, error_text,
                          [&](const ControllerLinks& links, const sim::Controller&,
                              RedfishClient& client, std::string& text) {
+                             if (!links.ours) {
+                                 text = NotOffered("a connector mode change");
+                                 return RAID_DEVICE_UNSUPPORTED;
+                             }
                              json answer;
                              const Code code = BmcAccess::Outcome(
                                  client.Post(BmcAccess::ControllerPath(links) +
@@ -459,6 +500,10 @@ RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int contro
         controller, error_text,
         [&mode](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
                 std::string& text) {
+            if (!links.ours) {
+                text = NotOffered("a firmware device order");
+                return RAID_DEVICE_UNSUPPORTED;
+            }
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
             const Code code =
                 BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);
@@ -480,11 +525,125 @@ RedfishRaidDriver::Code
 RedfishRaidDriver::Create(int controller, const std::function<json(const ControllerLinks&)>& body,
                           std::string& error_text) {
     return access_.Write(controller, error_text,
-                         [&body](const ControllerLinks& links, const sim::Controller&,
+                         [&body](const ControllerLinks& links, const sim::Controller& model,
                                  RedfishClient& client, std::string& text) {
+                             json request = body(links);
+                             if (!links.ours) {
+                                 // Our BMC judges a request as the simulated machine does; any
+                                 // other gets only what it showed it takes, checked first.
+                                 const Code checked = CheckCreate(links, model, request, text);
+                                 if (checked != RAID_OK) {
+                                     return checked;
+                                 }
+                             }
                              return BmcAccess::Outcome(
-                                 client.Post(BmcAccess::VolumesPath(links), body(links)), text);
+                                 client.Post(BmcAccess::VolumesPath(links), request), text);
                          });
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& links,
+                                                       const sim::Controller& model, json& request,
+                                                       std::string& error_text) {
+    const json oem = request.contains("Oem") ? request["Oem"]["Raidcfg"] : json::object();
+    request.erase("Oem");
+    const std::string type = request.value("RAIDType", std::string());
+    if (!links.raid_types.empty() && !type.empty() &&
+        std::find(links.raid_types.begin(), links.raid_types.end(), type) ==
+            links.raid_types.end()) {
+        std::string offered;
+        for (const std::string& listed : links.raid_types) {
+            offered += (offered.empty() ? "" : ", ") + listed;
+        }
+        error_text = "the controller does not offer " + type + " (it offers " + offered + ")";
+        return RAID_OPERATION_FAILED;
+    }
+    if (!links.reports_write_cache) {
+        request.erase("WriteCachePolicy");
+    }
+    if (!links.reports_read_cache) {
+        request.erase("ReadCachePolicy");
+    }
+    std::vector<int> members;
+    for (const auto& span : oem.value("Spans", json::array())) {
+        for (const auto& disk : span) {
+            if (disk.is_number_integer()) {
+                members.push_back(disk.get<int>());
+            }
+        }
+    }
+    const auto state_of = [&model](int id) -> const sim::Disk* {
+        for (const sim::Disk& disk : model.disks) {
+            if (disk.id == id) {
+                return &disk;
+            }
+        }
+        return nullptr;
+    };
+    // A further volume on the disks of an existing one goes into that drive group.
+    std::vector<int> sorted = members;
+    std::sort(sorted.begin(), sorted.end());
+    bool same_group = false;
+    for (const sim::Volume& volume : model.volumes) {
+        std::vector<int> disks;
+        for (const auto& span : volume.spans) {
+            disks.insert(disks.end(), span.begin(), span.end());
+        }
+        std::sort(disks.begin(), disks.end());
+        same_group = same_group || (!disks.empty() && disks == sorted);
+    }
+    for (int id : members) {
+        const sim::Disk* disk = state_of(id);
+        if (disk == nullptr) {
+            error_text = "disk " + std::to_string(id) + " does not exist";
+            return RAID_DISK_NOT_FOUND;
+        }
+        if (disk->state != "UGood" && !(same_group && disk->state == "Online")) {
+            error_text = "disk " + std::to_string(id) + " is " + disk->state + ", not UGood";
+            return RAID_DISK_STATE_ERROR;
+        }
+    }
+    for (const auto& spare : oem.value("HotSpares", json::array())) {
+        const sim::Disk* disk = spare.is_number_integer() ? state_of(spare.get<int>()) : nullptr;
+        if (disk == nullptr) {
+            error_text = "hot spare disk " + spare.dump() + " does not exist";
+            return RAID_DISK_NOT_FOUND;
+        }
+        if (disk->state != "UGood") {
+            error_text = "hot spare disk " + spare.dump() + " is " + disk->state + ", not UGood";
+            return RAID_DISK_STATE_ERROR;
+        }
+    }
+    if (oem.value("RestDisks", false)) {
+        // "REST": every free disk of the controller.
+        json drives = json::array();
+        for (const sim::Disk& disk : model.disks) {
+            if (disk.state == "UGood") {
+                drives.push_back(Reference(BmcAccess::DrivePath(links, std::to_string(disk.id))));
+            }
+        }
+        request["Links"]["Drives"] = drives;
+    } else if (members.empty() && !request.contains("Links")) {
+        // An M.2 request names no disks: the lowest free bays, as many as the level takes
+        // (two mirror each other; a stripe takes every free one).
+        json drives = json::array();
+        const std::size_t wanted = type == "RAID1" ? 2 : std::numeric_limits<std::size_t>::max();
+        for (const sim::Disk& disk : model.disks) {
+            if (disk.state == "UGood" && drives.size() < wanted) {
+                drives.push_back(Reference(BmcAccess::DrivePath(links, std::to_string(disk.id))));
+            }
+        }
+        if (drives.size() < (type == "RAID1" ? 2U : 1U)) {
+            error_text = "the controller has not enough free disks for " +
+                         (type.empty() ? std::string("the volume") : type);
+            return RAID_OPERATION_FAILED;
+        }
+        request["Links"] = {{"Drives", drives}};
+    }
+    return RAID_OK;
+}
+
+std::string RedfishRaidDriver::NotOffered(const std::string& function) {
+    return "this BMC offers no standard Redfish way to set " + function;
 }
 
 json RedfishRaidDriver::VolumeBody(const ControllerLinks& links, const std::string& family,

@@ -95,6 +95,13 @@ private:
     Code Read(const std::string& op, int controller, std::string& error_text, Reader reader);
     Code Create(int controller, const std::function<nlohmann::json(const ControllerLinks&)>& body,
                 std::string& error_text);
+    // Judges a create for a BMC without our Oem section, as the simulated machine would: the
+    // level among the controller's SupportedRAIDTypes, member and spare disks present and
+    // "UGood". Takes out what that BMC must not get (our Oem section, cache policies its
+    // volumes do not show) and, for an M.2 request, names the drives.
+    static Code CheckCreate(const ControllerLinks& links, const sim::Controller& model,
+                            nlohmann::json& request, std::string& error_text);
+    static std::string NotOffered(const std::string& function);
 
     BmcAccess access_;
     int bmc_type_ = 0;

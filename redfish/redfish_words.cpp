@@ -1,6 +1,7 @@
 #include "redfish/redfish_words.hpp"
 
 #include <cctype>
+#include <limits>
 
 namespace redfish {
 
@@ -60,8 +61,26 @@ long long RedfishWords::Number(const nlohmann::json& object, const char* key, lo
     if (found == object.end() || !found->is_number()) {
         return fallback;
     }
+    // A BMC may send sizes beyond what a signed 64-bit number holds (as unsigned or as a
+    // floating-point number); they are held at the largest value rather than wrapped.
+    constexpr long long kLargest = std::numeric_limits<long long>::max();
     if (found->is_number_float()) {
-        return static_cast<long long>(found->get<double>());
+        const double value = found->get<double>();
+        if (!(value == value)) {
+            return fallback;
+        }
+        if (value >= 9.2e18) {
+            return kLargest;
+        }
+        if (value <= -9.2e18) {
+            return std::numeric_limits<long long>::min();
+        }
+        return static_cast<long long>(value);
+    }
+    if (found->is_number_unsigned()) {
+        const auto value = found->get<unsigned long long>();
+        return value > static_cast<unsigned long long>(kLargest) ? kLargest
+                                                                 : static_cast<long long>(value);
     }
     return found->get<long long>();
 }

@@ -6,6 +6,7 @@
 #include <set>
 #include <utility>
 
+#include "collaborators/log.hpp"
 #include "redfish/redfish_words.hpp"
 
 namespace redfish {
@@ -15,8 +16,6 @@ namespace {
 using nlohmann::json;
 using W = RedfishWords;
 
-constexpr const char* kStorage = "/redfish/v1/Systems/1/Storage";
-constexpr const char* kManager = "/redfish/v1/Managers/1";
 constexpr long long kMebibyte = 1048576;
 
 std::string Lower(std::string text) {
@@ -125,20 +124,62 @@ std::string DiskState(const json& drive, const std::map<std::string, std::string
     return "UGood";
 }
 
-sim::Disk DiskFrom(const json& drive, int position,
-                   const std::map<std::string, std::string>& linked) {
-    const json& oem = W::Oem(drive);
-    sim::Disk disk;
-    disk.id = ResourceId(drive, position);
+// The slot of a drive: PhysicalLocation.PartLocation, else the deprecated Location array's
+// first entry that names a slot or bay (else its first entry).
+std::string SlotOf(const json& drive) {
     const json& part = Member(Member(drive, "PhysicalLocation"), "PartLocation");
     std::string slot = W::Text(part, "ServiceLabel");
     if (slot.empty()) {
         slot = W::Text(part, "LocationOrdinalValue");
     }
-    disk.slot_no = OemOr(oem, "SlotNumber", slot);
+    const json& locations = Member(drive, "Location");
+    if (slot.empty() && locations.is_array()) {
+        for (const json& location : locations) {
+            const std::string format = W::Text(location, "InfoFormat");
+            if (slot.empty() || Contains(format, "slot") || Contains(format, "bay")) {
+                slot = W::Text(location, "Info");
+                if (Contains(format, "slot") || Contains(format, "bay")) {
+                    break;
+                }
+            }
+        }
+    }
+    return slot;
+}
+
+// Whole MiB of a byte count, or sim::kNotReported when the BMC sent none (missing or null).
+long long Megabytes(const json& resource, const char* key) {
+    const json& value = Member(resource, key);
+    if (!value.is_number()) {
+        return sim::kNotReported;
+    }
+    return std::max(0LL, W::Number(resource, key, 0)) / kMebibyte;
+}
+
+// The drives a volume links to.
+std::vector<std::string> DriveLinksOf(const json& volume) {
+    std::vector<std::string> paths;
+    for (const json& link : MembersOf(Member(Member(volume, "Links"), "Drives"))) {
+        const std::string path = W::Link(link);
+        if (!path.empty()) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}
+
+sim::Disk DiskFrom(const json& drive, int position,
+                   const std::map<std::string, std::string>& linked) {
+    const json& oem = W::Oem(drive);
+    sim::Disk disk;
+    // Ours, else the drive's place in the Storage's Drives array: a BMC's drive Ids are often
+    // serial numbers or bay names, and a disk keeps its number from run to run.
+    disk.id = Has(oem, "Id") && oem["Id"].is_number_integer() ? oem["Id"].get<int>() : position;
+    disk.slot_no = OemOr(oem, "SlotNumber", SlotOf(drive));
     disk.state = DiskState(drive, linked);
-    disk.capacity_mb = W::Number(drive, "CapacityBytes", 0) / kMebibyte;
-    disk.product_name = OemOr(oem, "ProductName", W::Text(drive, "Model"));
+    disk.capacity_mb = Megabytes(drive, "CapacityBytes");
+    const std::string model = W::Text(drive, "Model");
+    disk.product_name = OemOr(oem, "ProductName", model.empty() ? W::Text(drive, "Name") : model);
     disk.disk_type = OemOr(oem, "DiskType", W::Text(drive, "Protocol"));
     disk.media_type = OemOr(oem, "MediaType", W::Text(drive, "MediaType"));
     disk.health_status = OemOr(oem, "HealthStatus", W::Text(Member(drive, "Status"), "Health"));
@@ -150,15 +191,42 @@ sim::Disk DiskFrom(const json& drive, int position,
     return disk;
 }
 
+// A JBOD disk's volume: one drive handed through as it is. A volume of RAIDType "None" over
+// several drives is a volume without redundancy, not a JBOD disk.
 bool IsPassThrough(const json& volume) {
     const json& oem = W::Oem(volume);
     if (Has(oem, "PassThrough") && oem["PassThrough"].is_boolean()) {
         return oem["PassThrough"].get<bool>();
     }
-    return W::Text(volume, "RAIDType") == "None";
+    const bool raw = Has(volume, "RAIDType") ? W::Text(volume, "RAIDType") == "None"
+                                             : W::Text(volume, "VolumeType") == "RawDevice";
+    return raw && DriveLinksOf(volume).size() == 1;
+}
+
+// The level of a volume: RAIDType, else the older VolumeType, else empty.
+std::string LevelOf(const json& volume) {
+    if (Has(volume, "RAIDType")) {
+        return W::Level(W::Text(volume, "RAIDType"));
+    }
+    const std::string type = W::Text(volume, "VolumeType");
+    static const std::pair<const char*, const char*> kTypes[] = {
+        {"NonRedundant", "0"},
+        {"Mirrored", "1"},
+        {"StripedWithParity", "5"},
+        {"SpannedMirrors", "10"},
+        {"SpannedStripesWithParity", "50"}};
+    for (const auto& [name, level] : kTypes) {
+        if (type == name) {
+            return level;
+        }
+    }
+    return {};
 }
 
 int WritePolicyOf(const std::string& word, bool counts_from_one) {
+    if (word.empty()) {
+        return sim::kNotReported;
+    }
     const int base = counts_from_one ? 1 : 0;
     if (word == "WriteThrough") {
         return base;
@@ -169,28 +237,38 @@ int WritePolicyOf(const std::string& word, bool counts_from_one) {
     if (word == "UnprotectedWriteBack") {
         return base + 2;
     }
-    return 0;
+    return sim::kNotReported;
 }
 
 int ReadPolicyOf(const std::string& word) {
+    if (word.empty()) {
+        return sim::kNotReported;
+    }
+    if (word == "Off") {
+        return 0;
+    }
     if (word == "ReadAhead") {
         return 1;
     }
     if (word == "AdaptiveReadAhead") {
         return 2;
     }
-    return 0;
+    return sim::kNotReported;
 }
 
+// The volume's state from its Status; empty when the BMC reports no health.
 std::string StatusOf(const json& volume) {
     const std::string health = W::Text(Member(volume, "Status"), "Health");
+    if (health == "OK") {
+        return "Optimal";
+    }
     if (health == "Warning") {
         return "Degraded";
     }
     if (health == "Critical") {
         return "Failed";
     }
-    return "Optimal";
+    return {};
 }
 
 sim::Volume VolumeFrom(const json& resource, int position, const std::string& family,
@@ -200,7 +278,7 @@ sim::Volume VolumeFrom(const json& resource, int position, const std::string& fa
     volume.id = ResourceId(resource, position);
     volume.name =
         Has(resource, "DisplayName") ? W::Text(resource, "DisplayName") : W::Text(resource, "Name");
-    volume.raid_level = OemOr(oem, "RAIDLevel", W::Level(W::Text(resource, "RAIDType")));
+    volume.raid_level = OemOr(oem, "RAIDLevel", LevelOf(resource));
     const json& links = Member(resource, "Links");
     std::vector<int> members;
     for (const json& link : MembersOf(Member(links, "Drives"))) {
@@ -216,7 +294,7 @@ sim::Volume VolumeFrom(const json& resource, int position, const std::string& fa
     } else if (!members.empty()) {
         volume.spans.push_back(members);
     }
-    volume.size_mb = W::Number(resource, "CapacityBytes", 0) / kMebibyte;
+    volume.size_mb = Megabytes(resource, "CapacityBytes");
     volume.strip_kb = static_cast<int>(W::Number(resource, "StripSizeBytes", 0) / 1024);
     volume.status = OemOr(oem, "Status", StatusOf(resource));
     volume.bootable = W::Flag(resource, "IsBootCapable", false);
@@ -225,10 +303,11 @@ sim::Volume VolumeFrom(const json& resource, int position, const std::string& fa
                   WritePolicyOf(W::Text(resource, "WriteCachePolicy"), family == "OOB_MICROCHIP")));
     volume.read_policy = static_cast<int>(
         W::Number(oem, "ReadPolicy", ReadPolicyOf(W::Text(resource, "ReadCachePolicy"))));
-    volume.io_policy = static_cast<int>(W::Number(oem, "IOPolicy", 0));
-    volume.access_policy = static_cast<int>(W::Number(oem, "AccessPolicy", 0));
-    volume.cache_policy = static_cast<int>(W::Number(oem, "DiskCachePolicy", 0));
-    volume.initialization = static_cast<int>(W::Number(oem, "Initialization", 0));
+    // Standard Redfish has no I/O, access or disk cache policy of a volume: not reported.
+    volume.io_policy = static_cast<int>(W::Number(oem, "IOPolicy", sim::kNotReported));
+    volume.access_policy = static_cast<int>(W::Number(oem, "AccessPolicy", sim::kNotReported));
+    volume.cache_policy = static_cast<int>(W::Number(oem, "DiskCachePolicy", sim::kNotReported));
+    volume.initialization = static_cast<int>(W::Number(oem, "Initialization", sim::kNotReported));
     volume.encrypted = W::Flag(resource, "Encrypted", false);
     for (const json& link : MembersOf(Member(links, "DedicatedSpareDrives"))) {
         const auto found = disk_of.find(W::Link(link));
@@ -288,27 +367,36 @@ const ControllerLinks* StorageTree::LinksOf(const std::string& family, int id) c
     return found == links.end() ? nullptr : &found->second;
 }
 
-StorageTreeReader::StorageTreeReader(std::shared_ptr<RedfishClient> client)
-    : client_(std::move(client)) {}
+StorageTreeReader::StorageTreeReader(std::shared_ptr<RedfishClient> client, std::string system)
+    : client_(std::move(client)), system_(std::move(system)) {}
 
 std::string StorageTreeReader::FamilyOf(const std::string& manufacturer, const std::string& model) {
-    const std::string maker = Lower(manufacturer);
-    if (Contains(maker, "broadcom") || Contains(maker, "lsi") || Contains(maker, "avago")) {
-        return "OOB_LSI";
-    }
-    if (Contains(maker, "microchip") || Contains(maker, "adaptec")) {
-        return "OOB_MICROCHIP";
-    }
-    if (Contains(maker, "marvell")) {
+    // The model decides first: a server maker sells others' controllers under its own name.
+    if (Contains(manufacturer, "marvell") || Contains(model, "88se9") || Contains(model, "m.2")) {
         return "OOB_M2";
     }
-    if (Contains(maker, "intel") && (Contains(model, "vroc") || Contains(model, "vmd"))) {
+    if (Contains(model, "vroc") || Contains(model, "vmd") ||
+        Contains(model, "virtual raid on cpu")) {
         return "OOB_VROC";
     }
+    for (const char* word :
+         {"adaptec", "smartraid", "smarthba", "smartioc", "smart raid", "smart hba", "microchip"}) {
+        if (Contains(model, word)) {
+            return "OOB_MICROCHIP";
+        }
+    }
+    if (Contains(manufacturer, "microchip") || Contains(manufacturer, "adaptec") ||
+        Contains(manufacturer, "pmc-sierra")) {
+        return "OOB_MICROCHIP";
+    }
+    // MegaRAID, SAS3xxx and the "RAID 9xxx" / "9xxx-8i" names of Broadcom's controllers (and of
+    // the server makers' rebrands of them), Broadcom, LSI or Avago as manufacturer, and any
+    // other controller: the general hardware RAID form.
     return "OOB_LSI";
 }
 
-void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree) {
+void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
+                                   const std::string& system) {
     const json& oem = W::Oem(storage);
     std::string controller_path;
     const json controller = ControllerOf(storage, controller_path);
@@ -319,7 +407,9 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree) {
     const std::string manufacturer = W::Text(controller, "Manufacturer");
     const std::string standard_model = W::Text(controller, "Model");
     model.family = OemOr(oem, "Family", FamilyOf(manufacturer, standard_model));
-    model.product_name = OemOr(controller_oem, "ProductName", standard_model);
+    model.product_name =
+        OemOr(controller_oem, "ProductName",
+              standard_model.empty() ? W::Text(controller, "Name") : standard_model);
     model.serial_no = W::Text(controller, "SerialNumber");
     model.fru_no = W::Text(controller_oem, "FruNumber");
     model.part_no = W::Text(controller, "PartNumber");
@@ -372,7 +462,10 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree) {
             argument.is_null() ? std::nullopt
                                : std::optional<std::string>(W::Text(fault, "Argument")));
     }
+    links.system = system;
     links.storage = W::Link(storage);
+    links.reset_to_defaults = Has(Member(storage, "Actions"), "#Storage.ResetToDefaults");
+    links.raid_types = Texts(Member(controller, "SupportedRAIDTypes"));
     links.controller = controller_path;
     links.volumes = W::Link(Member(storage, "Volumes"));
 
@@ -380,15 +473,28 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree) {
     const std::vector<json> volumes = MembersOf(Member(storage, "Volumes"));
     std::map<std::string, std::string> linked; // drive path -> "Online" or "JBOD"
     for (const json& volume : volumes) {
+        links.reports_write_cache = links.reports_write_cache || Has(volume, "WriteCachePolicy");
+        links.reports_read_cache = links.reports_read_cache || Has(volume, "ReadCachePolicy");
         const std::string state = IsPassThrough(volume) ? "JBOD" : "Online";
-        for (const json& link : MembersOf(Member(Member(volume, "Links"), "Drives"))) {
-            linked.emplace(W::Link(link), state);
+        for (const std::string& path : DriveLinksOf(volume)) {
+            linked.emplace(path, state);
         }
     }
     std::map<std::string, int> disk_of;
     int position = 0;
     for (const json& drive : MembersOf(Member(storage, "Drives"))) {
-        sim::Disk disk = DiskFrom(drive, position++, linked);
+        // An empty bay is not a disk, and keeps its number unused, so that the other disks keep
+        // theirs when a drive is put in; a drive that could not be read is left out as well.
+        const int place = position++;
+        if (W::Text(Member(drive, "Status"), "State") == "Absent") {
+            continue;
+        }
+        if (drive.is_object() && drive.size() == 1 && Has(drive, "@odata.id")) {
+            RAIDCFG_LOG(2) << "Redfish: the drive " << W::Link(drive)
+                           << " could not be read and is left out";
+            continue;
+        }
+        sim::Disk disk = DiskFrom(drive, place, linked);
         links.drives[disk.id] = W::Link(drive);
         disk_of[W::Link(drive)] = disk.id;
         model.disks.push_back(std::move(disk));
@@ -449,7 +555,8 @@ ManagerInfo StorageTreeReader::ManagerFrom(const json& manager) {
     const json& oem = W::Oem(manager);
     ManagerInfo info;
     if (oem.empty()) {
-        info.ambit_type.reset(); // a BMC without our section does not tell its type
+        // A standard BMC: the documented type of a BMC that does not tell its own.
+        info.ambit_type = kStandardBmcType;
         return info;
     }
     info.ssh = W::Flag(oem, "Ssh", true);
@@ -466,28 +573,69 @@ ManagerInfo StorageTreeReader::ManagerFrom(const json& manager) {
     return info;
 }
 
+RedfishStatus StorageTreeReader::Fail(Quillon::RaidConfig::RaidErrorCode code,
+                                      const std::string& text) {
+    RedfishStatus status{code, "BMC " + client_->Authority() + ": " + text};
+    RAIDCFG_LOG(1) << "Redfish: " << status.text;
+    return Remember(status);
+}
+
+RedfishStatus StorageTreeReader::FindManager(std::string& path) {
+    path.clear();
+    const std::string managers = W::Link(Member(client_->ServiceRoot(), "Managers"));
+    if (managers.empty()) {
+        return {};
+    }
+    json collection;
+    RedfishStatus status = client_->Get(managers, collection);
+    if (!status.ok()) {
+        return status;
+    }
+    for (const json& member : MembersOf(collection)) {
+        const std::string link = W::Link(member);
+        if (link.empty()) {
+            continue;
+        }
+        if (path.empty()) {
+            path = link;
+        }
+        json manager;
+        status = client_->Get(link, manager);
+        if (!status.ok()) {
+            return status;
+        }
+        if (W::Text(manager, "ManagerType") == "BMC") {
+            path = link;
+            break;
+        }
+    }
+    return {};
+}
+
 RedfishStatus StorageTreeReader::Manager(ManagerInfo& info) {
     if (manager_) {
         info = *manager_;
         return {};
     }
-    json manager;
-    RedfishStatus status = client_->Get(kManager, manager);
-    if (status.code == Quillon::RaidConfig::RAID_TARGET_NOT_FOUND) {
-        // A BMC whose Manager has another id: the first of the Managers collection, and the
-        // defaults of a BMC without our section when there is none.
-        json managers;
+    RedfishStatus status;
+    if (manager_path_.empty()) {
+        status = Discover();
+    }
+    std::string path = manager_path_;
+    if (status.ok() && path.empty()) {
+        status = FindManager(path);
+    }
+    json manager = json::object();
+    if (status.ok() && !path.empty()) {
+        status = client_->Get(path, manager);
+    }
+    // A BMC whose Manager cannot be found or read is a BMC without our section: the defaults.
+    if (status.code == Quillon::RaidConfig::RAID_TARGET_NOT_FOUND ||
+        status.code == Quillon::RaidConfig::RAID_REST_FAILED) {
+        RAIDCFG_LOG(2) << "Redfish: no Manager of the BMC could be read (" << status.text
+                       << "); taking it for a standard BMC";
+        status = RedfishStatus{};
         manager = json::object();
-        status = client_->Get("/redfish/v1/Managers", managers);
-        const std::vector<json> members = MembersOf(managers);
-        if (status.ok() && !members.empty() && !W::Link(members.front()).empty()) {
-            status = client_->Get(W::Link(members.front()), manager);
-        }
-        if (status.code == Quillon::RaidConfig::RAID_TARGET_NOT_FOUND ||
-            status.code == Quillon::RaidConfig::RAID_REST_FAILED) {
-            status = RedfishStatus{};
-            manager = json::object();
-        }
     }
     if (!status.ok()) {
         return status;
@@ -497,45 +645,121 @@ RedfishStatus StorageTreeReader::Manager(ManagerInfo& info) {
     return status;
 }
 
+RedfishStatus StorageTreeReader::Discover() {
+    if (!failure_.ok()) {
+        return failure_;
+    }
+    const json& root = client_->ServiceRoot();
+    const std::string systems = W::Link(Member(root, "Systems"));
+    if (systems.empty()) {
+        return Fail(Quillon::RaidConfig::RAID_TARGET_NOT_FOUND,
+                    "the service root lists no Systems collection");
+    }
+    json collection;
+    RedfishStatus status = client_->Get(systems, collection);
+    if (!status.ok()) {
+        return Remember(status);
+    }
+    std::vector<StoragePlace> found;
+    std::vector<std::string> ids;
+    std::string manager;
+    bool matched = false;
+    for (const json& entry : MembersOf(collection)) {
+        const std::string link = W::Link(entry);
+        if (link.empty()) {
+            continue;
+        }
+        json system;
+        status = client_->Get(link, system);
+        if (!status.ok()) {
+            return Remember(status);
+        }
+        const std::string id = W::Text(system, "Id");
+        ids.push_back(id);
+        if (!system_.empty() && id != system_) {
+            continue;
+        }
+        matched = true;
+        if (manager.empty()) {
+            const std::vector<json> managed_by =
+                MembersOf(Member(Member(system, "Links"), "ManagedBy"));
+            if (!managed_by.empty()) {
+                manager = W::Link(managed_by.front());
+            }
+        }
+        const std::string storage = W::Link(Member(system, "Storage"));
+        if (storage.empty()) {
+            RAIDCFG_LOG(2) << "Redfish: system " << id << " (" << link
+                           << ") lists no Storage collection";
+            continue;
+        }
+        json storages;
+        status = client_->Get(storage, storages);
+        if (!status.ok()) {
+            return Remember(status);
+        }
+        for (const json& member : MembersOf(storages)) {
+            const std::string path = W::Link(member);
+            if (!path.empty()) {
+                found.push_back({path, id});
+            }
+        }
+    }
+    if (!system_.empty() && !matched) {
+        std::string listed;
+        for (const std::string& id : ids) {
+            listed += (listed.empty() ? "" : ", ") + ("\"" + id + "\"");
+        }
+        return Fail(Quillon::RaidConfig::RAID_TARGET_NOT_FOUND,
+                    "no system has the Id \"" + system_ + "\" (the BMC's systems: " +
+                        (listed.empty() ? std::string("none") : listed) + ")");
+    }
+    members_ = std::move(found);
+    manager_path_ = manager;
+    return {};
+}
+
 RedfishStatus StorageTreeReader::Load(std::shared_ptr<const StorageTree>& tree) {
     if (tree_) {
         tree = tree_;
         return {};
     }
-    if (!unreachable_.ok()) {
-        return unreachable_;
+    if (!failure_.ok()) {
+        return failure_;
     }
     RedfishStatus status;
     if (members_.empty()) {
-        json collection;
-        status = client_->Get(kStorage, collection);
+        status = Discover();
         if (!status.ok()) {
-            Remember(status);
             return status;
-        }
-        for (const json& member : MembersOf(collection)) {
-            const std::string path = W::Link(member);
-            if (!path.empty()) {
-                members_.push_back(path);
-            }
         }
     }
     auto made = std::make_shared<StorageTree>();
-    for (const std::string& path : members_) {
-        auto& storage = storages_[path];
+    for (const StoragePlace& member : members_) {
+        auto& storage = storages_[member.path];
         if (storage.is_null()) {
             // One request per Storage: its drives, volumes and controllers come expanded with it.
-            status = client_->GetExpanded(path, 2, storage);
+            status = client_->GetExpanded(member.path, 2, storage);
             if (!status.ok()) {
-                storages_.erase(path);
-                Remember(status);
-                return status;
+                storages_.erase(member.path);
+                return Remember(status);
+            }
+            if (!storage.is_object()) {
+                storages_.erase(member.path);
+                return Fail(Quillon::RaidConfig::RAID_REST_FAILED,
+                            "the Storage resource " + member.path + " is not a JSON object");
             }
             if (!Has(storage, "@odata.id")) {
-                storage["@odata.id"] = path;
+                storage["@odata.id"] = member.path;
             }
         }
-        AddStorage(storage, *made);
+        const std::size_t before = made->machine.controllers.size();
+        AddStorage(storage, *made, member.system);
+        for (std::size_t i = before; i < made->machine.controllers.size(); ++i) {
+            const sim::Controller& listed = made->machine.controllers[i];
+            RAIDCFG_LOG(3) << "Redfish: " << listed.family << " controller " << listed.id
+                           << " is Storage " << member.path << " of system " << member.system;
+        }
     }
     ManagerInfo manager;
     if (Manager(manager).ok()) {
@@ -560,15 +784,15 @@ RedfishStatus StorageTreeReader::Store(std::shared_ptr<sim::MachineStore>& store
     return status;
 }
 
-void StorageTreeReader::Remember(const RedfishStatus& status) {
-    // The client has already tried again; every later read of this run would only wait as long.
-    if (status.code == Quillon::RaidConfig::RAID_CONNECT_FAILED) {
-        unreachable_ = status;
+RedfishStatus StorageTreeReader::Remember(const RedfishStatus& status) {
+    // The client has already tried again; every later read of this run would only fail alike.
+    if (!status.ok()) {
+        failure_ = status;
     }
+    return status;
 }
 
 void StorageTreeReader::Drop() {
-    members_.clear();
     storages_.clear();
     tree_.reset();
     store_.reset();

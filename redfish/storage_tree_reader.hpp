@@ -15,6 +15,10 @@
 
 namespace redfish {
 
+// The BMC type query's answer for a standard Redfish BMC, one without our Oem section: the
+// second generation (AMBIT_TYPE_V2), whose every request is standard Redfish.
+constexpr int kStandardBmcType = 2;
+
 // What the BMC's Manager tells about itself: its channels, how many REST connections it takes,
 // its generation and whether it answers the support query. The defaults are those of a BMC
 // that carries no Oem section of ours.
@@ -23,13 +27,14 @@ struct ManagerInfo {
     bool rest = true;
     bool cim = true;
     int rest_connections = 1;
-    std::optional<int> ambit_type = 2; // unset: the BMC type query fails
+    std::optional<int> ambit_type = kStandardBmcType; // unset: the BMC type query fails
     bool vantor_v3 = false;
     bool support_info = true;
 };
 
 // Where one controller's resources stand on the BMC.
 struct ControllerLinks {
+    std::string system;     // the Id of the ComputerSystem the Storage belongs to
     std::string storage;    // the Storage resource
     std::string controller; // its StorageController (a resource, or a pointer into Storage)
     std::string volumes;    // the Volumes collection
@@ -38,6 +43,13 @@ struct ControllerLinks {
     std::map<int, std::string> pass_through; // disk id -> its pass-through volume (JBOD)
     // The Storage carries our Oem section (the emulator): its probe action answers reads' faults.
     bool ours = false;
+    // The Storage lists Storage.ResetToDefaults among its actions.
+    bool reset_to_defaults = false;
+    // The RAID types the controller lists (SupportedRAIDTypes); empty when it lists none.
+    std::vector<std::string> raid_types;
+    // Some volume of the Storage shows a WriteCachePolicy / ReadCachePolicy: the BMC knows it.
+    bool reports_write_cache = false;
+    bool reports_read_cache = false;
     // Operations with an injected fault that still answers, and the argument it names.
     std::vector<std::pair<std::string, std::optional<std::string>>> pending_faults;
 };
@@ -55,9 +67,14 @@ struct StorageTree {
 // Reads the BMC's storage tree and its Manager through the run's client, and keeps what it
 // read until the next write. With $expand a full read costs one request for the Storage
 // collection and one per Storage resource (both served from the client's cache afterwards).
+//
+// Everything is found from the service root: Systems, each ComputerSystem's Storage, and the
+// Manager the system names in Links.ManagedBy (else the Managers member of ManagerType "BMC").
+// A failure while finding or reading the storage is kept and answers every later Load.
 class StorageTreeReader {
 public:
-    explicit StorageTreeReader(std::shared_ptr<RedfishClient> client);
+    // system: the Id of the one ComputerSystem to read; empty reads every system's storage.
+    explicit StorageTreeReader(std::shared_ptr<RedfishClient> client, std::string system = {});
 
     RedfishClient& client() const { return *client_; }
 
@@ -69,6 +86,8 @@ public:
                         std::shared_ptr<const StorageTree>& tree);
     // The Manager's information; a BMC without our Oem section gives the defaults.
     RedfishStatus Manager(ManagerInfo& info);
+    // The failure that stopped the last Load, ok when there was none.
+    const RedfishStatus& failure() const { return failure_; }
     // Forgets what was read (the client drops its own cache by itself on every write).
     void Drop();
     // Forgets one Storage resource, after a write to it: the next read fetches that one again
@@ -77,18 +96,33 @@ public:
 
     // The family a controller of this manufacturer and model belongs to ("OOB_LSI", ...).
     static std::string FamilyOf(const std::string& manufacturer, const std::string& model);
-    // Adds one Storage resource, read with its links expanded two levels deep, to tree.
-    static void AddStorage(const nlohmann::json& storage, StorageTree& tree);
+    // Adds one Storage resource, read with its links expanded two levels deep, to tree; system
+    // is the Id of the ComputerSystem it belongs to.
+    static void AddStorage(const nlohmann::json& storage, StorageTree& tree,
+                           const std::string& system = {});
     // Reads a Manager resource.
     static ManagerInfo ManagerFrom(const nlohmann::json& manager);
 
 private:
-    // Keeps a failure to reach the BMC, so that the rest of the run fails at once.
-    void Remember(const RedfishStatus& status);
+    struct StoragePlace {
+        std::string path;   // the Storage resource
+        std::string system; // the Id of its ComputerSystem
+    };
+
+    // Finds every Storage resource from the service root, and the Manager's path.
+    RedfishStatus Discover();
+    // The Manager when no system named one: the Managers member of ManagerType "BMC", else the
+    // first member; empty when the BMC lists none.
+    RedfishStatus FindManager(std::string& path);
+    // Keeps a failure, so that the rest of the run fails at once with its reason.
+    RedfishStatus Remember(const RedfishStatus& status);
+    RedfishStatus Fail(Quillon::RaidConfig::RaidErrorCode code, const std::string& text);
 
     std::shared_ptr<RedfishClient> client_;
-    RedfishStatus unreachable_;
-    std::vector<std::string> members_;               // the Storage collection, once read
+    std::string system_;
+    RedfishStatus failure_;
+    std::vector<StoragePlace> members_;              // every Storage resource, once found
+    std::string manager_path_;                       // the Manager the first system names
     std::map<std::string, nlohmann::json> storages_; // each Storage as read, expanded
     std::shared_ptr<const StorageTree> tree_;
     std::shared_ptr<sim::MachineStore> store_;

@@ -4,9 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "backend/not_reported.hpp"
+
 // The model of a simulated server, as its machine file describes it. Every simulated backend
 // reads and changes this model; the machine store loads and saves it.
 namespace sim {
+
+// A number the source never gave: what a BMC does not report (a policy, a capacity). Rendered
+// as the empty text; a machine file never holds it.
+constexpr int kNotReported = Quillon::RaidConfig::kNotReported;
 
 struct Disk {
     int id = 0;

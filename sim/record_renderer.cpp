@@ -27,8 +27,12 @@ constexpr std::array<const char*, 3> kReadPolicies = {"No Read Ahead", "Read Ahe
 constexpr std::array<const char*, 2> kIoPolicies = {"Direct IO", "Cached IO"};
 constexpr std::array<const char*, 3> kDiskCachePolicies = {"Unchanged", "Enabled", "Disabled"};
 
-// The word of a policy code; a code without a word shows as its number.
+// The word of a policy code; a code without a word shows as its number, one not reported as
+// the empty text.
 template <std::size_t N> std::string Word(const std::array<const char*, N>& words, int code) {
+    if (code == kNotReported) {
+        return {};
+    }
     if (code >= 0 && static_cast<std::size_t>(code) < N) {
         return words[static_cast<std::size_t>(code)];
     }
@@ -38,6 +42,8 @@ template <std::size_t N> std::string Word(const std::array<const char*, N>& word
 // Access policy codes are those a policy file takes: 0, 2 and 3.
 std::string AccessPolicy(int code) {
     switch (code) {
+    case kNotReported:
+        return {};
     case 0:
         return "Read Write";
     case 2:
@@ -51,6 +57,9 @@ std::string AccessPolicy(int code) {
 
 // The out-of-band Microchip family counts its write policy codes from 1.
 std::string WritePolicy(const Controller& controller, int code) {
+    if (code == kNotReported) {
+        return {};
+    }
     const int index = controller.family == "OOB_MICROCHIP" ? code - 1 : code;
     return index >= 0 && static_cast<std::size_t>(index) < kWritePolicies.size()
                ? Word(kWritePolicies, index)
@@ -68,12 +77,15 @@ std::string Kilobytes(int kilobytes) {
 
 // "953869MB": the form a policy file's volume_size takes and add reads back.
 std::string Megabytes(long long megabytes) {
+    if (megabytes == kNotReported) {
+        return {};
+    }
     return std::to_string(megabytes) + "MB";
 }
 
 // "RAID5": the level with the word RAID in front, as the show tables print it.
 std::string RaidWord(const std::string& level) {
-    return "RAID" + level;
+    return level.empty() ? std::string() : "RAID" + level;
 }
 
 std::string Join(const std::vector<std::string>& texts, const std::string& separator) {
@@ -133,6 +145,9 @@ long long UsableMegabytes(const Controller& controller, const Volume& volume) {
     long long smallest = -1;
     for (int id : Members(volume)) {
         const Disk* disk = FindDisk(controller, id);
+        if (disk != nullptr && disk->capacity_mb == kNotReported) {
+            return volume.size_mb;
+        }
         if (disk != nullptr && (smallest < 0 || disk->capacity_mb < smallest)) {
             smallest = disk->capacity_mb;
         }
@@ -148,6 +163,9 @@ long long UsableMegabytes(const Controller& controller, const Volume& volume) {
 // The size of a volume in gigabytes, exactly ("7152.556640625 GB"): what a software RAID volume
 // reports, so that its saved vol_capacity gives back the same megabytes.
 std::string ExactGigabytes(long long megabytes) {
+    if (megabytes == kNotReported) {
+        return {};
+    }
     const long long size = std::max(megabytes, 0LL);
     const long long whole = size / 1024;
     const long long rest = size % 1024;
@@ -230,16 +248,44 @@ std::vector<Record> MemberDisks(const Controller& controller, const Volume& volu
     return records;
 }
 
-// The pool a volume stands in: numbered as the volume, its capacity what its disks give, and
-// one hole where the volume leaves part of that free.
+// The volumes of a controller by the pool they stand in: volumes on the same set of disks
+// share one (a BMC that carves several volumes out of one drive group), any other volume has
+// one of its own. Pools come in the order of their first volume.
+std::vector<std::vector<const Volume*>> PoolsOf(const Controller& controller) {
+    std::vector<std::vector<const Volume*>> pools;
+    std::vector<std::vector<int>> keys;
+    for (const Volume& volume : controller.volumes) {
+        std::vector<int> key = Members(volume);
+        std::sort(key.begin(), key.end());
+        const auto found = key.empty() ? keys.end() : std::find(keys.begin(), keys.end(), key);
+        if (found == keys.end()) {
+            keys.push_back(std::move(key));
+            pools.push_back({&volume});
+        } else {
+            pools[static_cast<std::size_t>(found - keys.begin())].push_back(&volume);
+        }
+    }
+    return pools;
+}
+
+// A pool: numbered as its first volume, its capacity what its disks give, and one hole where
+// its volumes leave part of that free.
 template <typename Pool>
-void FillPool(const Controller& controller, const Volume& volume, const std::string& raid_state,
-              Pool& pool) {
-    const long long usable = UsableMegabytes(controller, volume);
-    pool.id = volume.id;
+void FillPool(const Controller& controller, const std::vector<const Volume*>& volumes,
+              const std::string& raid_state, Pool& pool) {
+    const Volume& first = *volumes.front();
+    const long long usable = UsableMegabytes(controller, first);
+    long long used = 0;
+    for (const Volume* volume : volumes) {
+        used = volume->size_mb == kNotReported || used == kNotReported ? kNotReported
+                                                                       : used + volume->size_mb;
+    }
+    pool.id = first.id;
     pool.raid_state = raid_state;
     pool.raid_capacity = RecordRenderer::HumanSize(usable);
-    pool.holes = usable > volume.size_mb ? "1" : "0";
+    pool.holes = usable == kNotReported || used == kNotReported ? std::string()
+                 : usable > used                                ? "1"
+                                                                : "0";
 }
 
 // The policy texts of an out-of-band pool volume (LSI, CFC and Microchip records alike).
@@ -296,6 +342,9 @@ rc::SWWinArray SoftwareArray(const Controller& controller, const Volume& volume,
 } // namespace
 
 std::string RecordRenderer::HumanSize(long long megabytes) {
+    if (megabytes == kNotReported) {
+        return {};
+    }
     static constexpr std::array<const char*, 4> kUnits = {"MB", "GB", "TB", "PB"};
     const long long value = std::max(megabytes, 0LL);
     std::size_t unit = 0;
@@ -413,14 +462,17 @@ void RecordRenderer::Render(const Controller& controller, rc::Controller& record
     for (const Disk& disk : controller.disks) {
         record.disks.push_back(OobDisk(disk));
     }
-    for (const Volume& volume : controller.volumes) {
+    for (const auto& volumes : PoolsOf(controller)) {
+        const Volume& first = *volumes.front();
         rc::Pool pool;
         // The CFC tables put "RAID" in front of the level themselves.
-        FillPool(controller, volume, cfc ? volume.raid_level : RaidWord(volume.raid_level), pool);
-        pool.disks = MemberDisks<rc::Disk>(controller, volume, OobDisk);
-        rc::PoolVolume out;
-        FillPoolVolume(controller, volume, out);
-        pool.volumes.push_back(out);
+        FillPool(controller, volumes, cfc ? first.raid_level : RaidWord(first.raid_level), pool);
+        pool.disks = MemberDisks<rc::Disk>(controller, first, OobDisk);
+        for (const Volume* volume : volumes) {
+            rc::PoolVolume out;
+            FillPoolVolume(controller, *volume, out);
+            pool.volumes.push_back(out);
+        }
         record.pools.push_back(pool);
     }
 }
@@ -467,13 +519,16 @@ void RecordRenderer::Render(const Controller& controller, pc::MicrochipCtrl& rec
     for (const Disk& disk : controller.disks) {
         record.disks.push_back(ProtocolDisk(disk));
     }
-    for (const Volume& volume : controller.volumes) {
+    for (const auto& volumes : PoolsOf(controller)) {
+        const Volume& first = *volumes.front();
         pc::MicrochipPool pool;
-        FillPool(controller, volume, RaidWord(volume.raid_level), pool);
-        pool.disks = MemberDisks<pc::ProtocolDisk>(controller, volume, ProtocolDisk);
-        pc::MicrochipVolume out;
-        FillPoolVolume(controller, volume, out);
-        pool.volumes.push_back(out);
+        FillPool(controller, volumes, RaidWord(first.raid_level), pool);
+        pool.disks = MemberDisks<pc::ProtocolDisk>(controller, first, ProtocolDisk);
+        for (const Volume* volume : volumes) {
+            pc::MicrochipVolume out;
+            FillPoolVolume(controller, *volume, out);
+            pool.volumes.push_back(out);
+        }
         record.pools.push_back(pool);
     }
 }
@@ -490,18 +545,21 @@ void RecordRenderer::Render(const Controller& controller, pc::VolManDevCtrl& rec
     for (const Disk& disk : controller.disks) {
         record.disks.push_back(ProtocolDisk(disk));
     }
-    for (const Volume& volume : controller.volumes) {
+    for (const auto& volumes : PoolsOf(controller)) {
+        const Volume& first = *volumes.front();
         pc::VolManDevPool pool;
-        FillPool(controller, volume, RaidWord(volume.raid_level), pool);
-        pool.disks = MemberDisks<pc::ProtocolDisk>(controller, volume, ProtocolDisk);
-        pc::VolManDevVolume out;
-        out.id = volume.id;
-        out.name = volume.name;
-        out.status = volume.status;
-        out.stripe_size = Kilobytes(volume.strip_kb);
-        out.bootable = Bool(volume.bootable);
-        out.capacity = HumanSize(volume.size_mb);
-        pool.volumes.push_back(out);
+        FillPool(controller, volumes, RaidWord(first.raid_level), pool);
+        pool.disks = MemberDisks<pc::ProtocolDisk>(controller, first, ProtocolDisk);
+        for (const Volume* volume : volumes) {
+            pc::VolManDevVolume out;
+            out.id = volume->id;
+            out.name = volume->name;
+            out.status = volume->status;
+            out.stripe_size = Kilobytes(volume->strip_kb);
+            out.bootable = Bool(volume->bootable);
+            out.capacity = HumanSize(volume->size_mb);
+            pool.volumes.push_back(out);
+        }
         record.pools.push_back(pool);
     }
 }

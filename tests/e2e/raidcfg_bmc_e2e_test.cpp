@@ -345,7 +345,10 @@ TEST(RaidcfgBmcE2eTest, HttpsIsVerifiedAgainstTheGivenCertificate) {
     const Outcome refused = RunRaidcfg(work.path(), {"show", "--bmc", emulator.Bmc()});
     EXPECT_EQ(refused.status, 13);
     EXPECT_EQ(LastLine(refused.out), "13 Connection failed.");
-    EXPECT_EQ(refused.err, "");
+    EXPECT_EQ(refused.err, "raidcfg: BMC 127.0.0.1:" + emulator.port() +
+                               ": TLS certificate check failed (SSL certificate problem: "
+                               "self-signed certificate)\n")
+        << "the reason stands beside the result";
 
     const Outcome insecure =
         RunRaidcfg(work.path(), {"show", "--bmc", emulator.Bmc(), "--insecure"});

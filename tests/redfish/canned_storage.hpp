@@ -114,6 +114,17 @@ inline void ServeStorage(FakeBmc& bmc, const std::vector<CannedStorage>& storage
            Json(200,
                 nlohmann::json{{"@odata.id", "/redfish/v1/Systems/1/Storage"}, {"Members", members}}
                     .dump()));
+    // The system that holds them, found from the service root, names its Manager.
+    bmc.On("GET", "/redfish/v1/Systems",
+           Json(200, nlohmann::json{{"@odata.id", "/redfish/v1/Systems"},
+                                    {"Members", {Ref("/redfish/v1/Systems/1")}}}
+                         .dump()));
+    bmc.On("GET", "/redfish/v1/Systems/1",
+           Json(200, nlohmann::json{{"@odata.id", "/redfish/v1/Systems/1"},
+                                    {"Id", "1"},
+                                    {"Storage", Ref("/redfish/v1/Systems/1/Storage")},
+                                    {"Links", {{"ManagedBy", {Ref("/redfish/v1/Managers/1")}}}}}
+                         .dump()));
     nlohmann::json manager = {{"@odata.id", "/redfish/v1/Managers/1"}, {"ManagerType", "BMC"}};
     if (!manager_oem.is_null()) {
         manager["Oem"] = {{"Raidcfg", manager_oem}};
@@ -127,6 +138,8 @@ inline CannedStorage EmulatedLsi() {
     canned.id = "OOB_LSI-0";
     canned.storage = nlohmann::json::parse(R"({
         "Name": "RAID 945-16i", "EncryptionMode": "Disabled",
+        "Actions": {"#Storage.ResetToDefaults": {
+            "target": "/redfish/v1/Systems/1/Storage/OOB_LSI-0/Actions/Storage.ResetToDefaults"}},
         "Oem": {"Raidcfg": {"Family": "OOB_LSI", "Id": 0, "Cfc": false, "Slot": 4,
                             "EkmMode": "None", "EkmModes": ["none", "local", "external"],
                             "GlobalHotSpares": [5], "PendingFaults": []}}})");

@@ -95,6 +95,7 @@ public:
         std::string root =
             R"({"@odata.id": "/redfish/v1", "@odata.type": "#ServiceRoot.v1_15_0.ServiceRoot",)"
             R"( "Systems": {"@odata.id": "/redfish/v1/Systems"},)"
+            R"( "Managers": {"@odata.id": "/redfish/v1/Managers"},)"
             R"( "SessionService": {"@odata.id": "/redfish/v1/SessionService"},)"
             R"( "Links": {"Sessions": {"@odata.id": "/redfish/v1/SessionService/Sessions"}})";
         if (expand) {

@@ -125,20 +125,29 @@ TEST_F(RedfishPlatformTest, AManagerWithoutOurSectionGivesTheDefaults) {
     EXPECT_EQ(platform->GetRESTConnectionList(option, list).code(), 0);
     ASSERT_EQ(list.size(), 1U);
     Quillon::Agentless::AmbitTypeValue type = Quillon::Agentless::AMBIT_TYPE_UNKNOWN;
-    EXPECT_EQ(platform->GetAmbitType(list[0], type), -1);
+    EXPECT_EQ(platform->GetAmbitType(list[0], type), 0) << "a standard BMC has a type too";
+    EXPECT_EQ(type, Quillon::Agentless::AMBIT_TYPE_V2);
     EXPECT_FALSE(platform->IsVantorV3(list[0]));
 }
 
-TEST_F(RedfishPlatformTest, AnotherManagerIdIsFoundThroughTheCollection) {
+TEST_F(RedfishPlatformTest, WithoutManagedByTheManagerOfTypeBmcIsFoundThroughTheCollection) {
     Serve(nullptr);
-    bmc->Clear("GET", "/redfish/v1/Managers/1");
+    bmc->Clear("GET", "/redfish/v1/Systems/1");
+    bmc->On("GET", "/redfish/v1/Systems/1",
+            raidcfg_test::Json(200, R"({"Id": "1", "Storage": {"@odata.id":)"
+                                    R"( "/redfish/v1/Systems/1/Storage"}})"));
     bmc->On("GET", "/redfish/v1/Managers",
-            raidcfg_test::Json(200, R"({"Members": [{"@odata.id": "/redfish/v1/Managers/bmc"}]})"));
+            raidcfg_test::Json(200, R"({"Members": [{"@odata.id": "/redfish/v1/Managers/enc"},)"
+                                    R"( {"@odata.id": "/redfish/v1/Managers/bmc"}]})"));
+    bmc->On("GET", "/redfish/v1/Managers/enc",
+            raidcfg_test::Json(200, R"({"ManagerType": "EnclosureManager"})"));
     bmc->On("GET", "/redfish/v1/Managers/bmc",
-            raidcfg_test::Json(200, R"({"Oem": {"Raidcfg": {"RestConnections": 2}}})"));
+            raidcfg_test::Json(200, R"({"ManagerType": "BMC",)"
+                                    R"( "Oem": {"Raidcfg": {"RestConnections": 2}}})"));
     std::vector<QuillonConnection::ConnectionInfo> list;
     EXPECT_EQ(platform->GetRESTConnectionList(option, list).code(), 0);
     EXPECT_EQ(list.size(), 2U);
+    EXPECT_EQ(bmc->Count("GET", "/redfish/v1/Managers/1"), 0U);
 }
 
 TEST(RedfishPlatformSettingsTest, TheConnectOptionBecomesTheTransportsSettings) {

@@ -303,8 +303,10 @@ TEST_F(RedfishDriverTest, AddPostsTheStandardVolumeAndOurTextsAndFollowsTheTask)
     micro.raid_level = "1T";
     micro.volume_size = "512GB";
     micro.write_policy = 1;
-    const json micro_body = redfish::RedfishRaidDriver::VolumeBody(
-        redfish::ControllerLinks{kLsi, "", "", {}, {}, {}, true, {}}, micro);
+    redfish::ControllerLinks ours;
+    ours.storage = kLsi;
+    ours.ours = true;
+    const json micro_body = redfish::RedfishRaidDriver::VolumeBody(ours, micro);
     EXPECT_EQ(micro_body["RAIDType"], "RAID1Triple");
     EXPECT_EQ(micro_body["CapacityBytes"], 512LL * 1024 * 1048576);
     EXPECT_EQ(micro_body["WriteCachePolicy"], "WriteThrough") << "this family counts from 1";

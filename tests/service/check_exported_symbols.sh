@@ -4,7 +4,7 @@
 # toolchain emits as weak or unique (template instances, typeinfo) are not ours and pass.
 set -euo pipefail
 lib="$1"
-allowed='^(service::ServiceRaid::|TesselResult::|operator<<\(std::basic_ostream<char, std::char_traits<char> >&, TesselResult const&\)|result::GetResultMessage(\[abi:cxx11\])?\(|Quillon::Log::|Quillon::GetLogDir\(|Quillon::GetLogFileName(\[abi:cxx11\])?\(|Quillon::SetLogDir\(|sim::SimulatedMachine::Use\(|redfish::RedfishBackends::Use\(|typeinfo (name )?for Quillon::Log|vtable for Quillon::Log|_init$|_fini$|_edata$|_end$|__bss_start$)'
+allowed='^(service::ServiceRaid::|TesselResult::|operator<<\(std::basic_ostream<char, std::char_traits<char> >&, TesselResult const&\)|result::GetResultMessage(\[abi:cxx11\])?\(|Quillon::Log::|Quillon::GetLogDir\(|Quillon::GetLogFileName(\[abi:cxx11\])?\(|Quillon::SetLogDir\(|sim::SimulatedMachine::Use\(|redfish::RedfishBackends::Use\(|redfish::RedfishBackends::Failure(\[abi:cxx11\])?\(|typeinfo (name )?for Quillon::Log|vtable for Quillon::Log|_init$|_fini$|_edata$|_end$|__bss_start$)'
 bad=$(nm -D --defined-only "$lib" | awk '$2 ~ /^[TDBR]$/ {print $3}' | c++filt | grep -Ev "$allowed" || true)
 if [ -n "$bad" ]; then
     echo "unexpected exported symbols in $lib:"

@@ -19,6 +19,7 @@
 #include "backend/hw_raid_storage.hpp"
 #include "backend/hw_raid_storcli.hpp"
 #include "backend/inband_m2_raid.hpp"
+#include "backend/not_reported.hpp"
 #include "backend/oob_m2_raid.hpp"
 #include "backend/oob_microchip_raid.hpp"
 #include "backend/oob_vroc_raid.hpp"
@@ -33,6 +34,12 @@ namespace service {
 namespace detail {
 
 namespace {
+
+// A policy code as the file writes it. One the controller does not report is left empty, so
+// that add takes the controller's own default rather than one this file made up.
+std::string Code(int value) {
+    return value == Quillon::RaidConfig::kNotReported ? std::string() : std::to_string(value);
+}
 
 using Quillon::RaidConfig::RAID_NO_CONFIG;
 using Quillon::RaidConfig::RAID_OK;
@@ -616,20 +623,20 @@ std::string RaidClient::CastLSIConfig(int index, int id,
         out << kKey << "raid_level=" << volume.raid_level << '\n';
         out << kKey << "vol_name=" << volume.vol_name << '\n';
         if (policies) {
-            out << kKey << "write_policy=" << volume.write_policy << '\n';
-            out << kKey << "read_policy=" << volume.read_policy << '\n';
+            out << kKey << "write_policy=" << Code(volume.write_policy) << '\n';
+            out << kKey << "read_policy=" << Code(volume.read_policy) << '\n';
         }
         if (!cfc) {
-            out << kKey << "io_policy=" << volume.io_policy << '\n';
+            out << kKey << "io_policy=" << Code(volume.io_policy) << '\n';
         }
         if (policies) {
-            out << kKey << "access_policy=" << volume.access_policy << '\n';
-            out << kKey << "cache_policy=" << volume.cache_policy << '\n';
+            out << kKey << "access_policy=" << Code(volume.access_policy) << '\n';
+            out << kKey << "cache_policy=" << Code(volume.cache_policy) << '\n';
         }
         out << kKey << "volume_size=" << volume.volume_size << '\n';
         out << kKey << "strip_size=" << volume.strip_size << '\n';
         if (cfc && policies) {
-            out << kKey << "initialization=" << volume.initialization << '\n';
+            out << kKey << "initialization=" << Code(volume.initialization) << '\n';
         }
         out << '\n';
     }
@@ -652,7 +659,7 @@ std::string RaidClient::CastMicrochipConfig(int index, int id,
         out << kKey << "raid_level=" << volume.raid_level << '\n';
         out << kKey << "vol_name=" << volume.vol_name << '\n';
         if (volume.io_policy != -1) {
-            out << kKey << "io_policy=" << volume.io_policy << '\n';
+            out << kKey << "io_policy=" << Code(volume.io_policy) << '\n';
         }
         out << kKey << "volume_size=" << volume.volume_size << '\n';
         // The backend reports the strip in KiB without its unit.
@@ -694,8 +701,8 @@ RaidClient::CastOobMicrochipConfig(int index, int id,
         out << kKey << "hot_spares=" << Join(volume.hot_spares) << '\n';
         out << kKey << "raid_level=" << LongRaidLevel(volume.raid_level) << '\n';
         out << kKey << "vol_name=" << volume.vol_name << '\n';
-        out << kKey << "write_policy=" << volume.write_policy << '\n';
-        out << kKey << "read_policy=" << volume.read_policy << '\n';
+        out << kKey << "write_policy=" << Code(volume.write_policy) << '\n';
+        out << kKey << "read_policy=" << Code(volume.read_policy) << '\n';
         out << kKey << "volume_size=" << volume.volume_size << '\n';
         out << kKey << "strip_size=" << volume.strip_size << '\n';
         out << '\n';
