@@ -7,6 +7,12 @@ namespace emulator {
 // What the command line of raidcfg-bmc asks for.
 struct EmulatorOptions {
     std::string machine; // a machine file, or "demo"
+    std::string mockup;  // or a recorded Redfish tree (DMTF's mockup layout)
+    // The only credentials a mockup lets in, when given; otherwise any pass.
+    bool credentials = false;
+    std::string user;
+    std::string password;
+    std::string log_requests; // append "METHOD TARGET STATUS" per request to this file
     std::string host = "127.0.0.1";
     int port = 0; // 0: any free port
     std::string port_file;

@@ -16,8 +16,8 @@ constexpr time_t kKeepAliveSeconds = 30;
 
 } // namespace
 
-HttpServer::HttpServer(RedfishService& service, const EmulatorOptions& options)
-    : service_(service), options_(options) {}
+HttpServer::HttpServer(RequestHandler& service, const EmulatorOptions& options, RequestLog* log)
+    : service_(service), options_(options), log_(log) {}
 
 HttpServer::~HttpServer() = default;
 
@@ -51,6 +51,9 @@ bool HttpServer::Bind(std::string& error) {
             in.headers.emplace_back(name, value);
         }
         const HttpResponse out = service_.Handle(in);
+        if (log_ != nullptr) {
+            log_->Write(in.method, in.target, out.status);
+        }
         if (options_.latency_ms > 0) {
             std::this_thread::sleep_for(std::chrono::milliseconds(options_.latency_ms));
         }
@@ -65,6 +68,9 @@ bool HttpServer::Bind(std::string& error) {
         }
         if (!out.body.empty()) {
             response.set_content(out.body, content_type);
+        } else if (in.method == "HEAD" && !out.Header("Content-Type").empty()) {
+            // A HEAD answer carries the headers of the GET, its type included.
+            response.set_header("Content-Type", content_type);
         }
     };
     const std::string any = ".*";

@@ -5,7 +5,8 @@
 #include <string>
 
 #include "emulator/emulator_options.hpp"
-#include "emulator/redfish_service.hpp"
+#include "emulator/request_handler.hpp"
+#include "emulator/request_log.hpp"
 
 namespace httplib {
 class Server;
@@ -13,11 +14,12 @@ class Server;
 
 namespace emulator {
 
-// The thin HTTP(S) layer around the Redfish service: binds, hands every request to the service
-// (after --latency-ms), and counts requests and connections.
+// The thin HTTP(S) layer around a Redfish service: binds, hands every request to the service
+// (answering after --latency-ms), counts requests and connections, and logs each request when
+// given a log.
 class HttpServer {
 public:
-    HttpServer(RedfishService& service, const EmulatorOptions& options);
+    HttpServer(RequestHandler& service, const EmulatorOptions& options, RequestLog* log = nullptr);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
@@ -34,8 +36,9 @@ public:
     unsigned long long connections() const { return connections_; }
 
 private:
-    RedfishService& service_;
+    RequestHandler& service_;
     EmulatorOptions options_;
+    RequestLog* log_;
     std::unique_ptr<httplib::Server> server_;
     int port_ = 0;
     std::atomic<unsigned long long> requests_{0};

@@ -1,5 +1,5 @@
-// raidcfg-bmc: serves the out-of-band RAID controllers of a machine file as a Redfish BMC, so
-// that raidcfg can be tried and tested over real HTTP without a server.
+// raidcfg-bmc: serves the out-of-band RAID controllers of a machine file, or a recorded Redfish
+// tree, as a Redfish BMC, so that raidcfg can be tried and tested over real HTTP without a server.
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -8,14 +8,19 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <pthread.h>
 
 #include "emulator/emulator_options.hpp"
 #include "emulator/http_server.hpp"
+#include "emulator/mockup_service.hpp"
+#include "emulator/mockup_tree.hpp"
 #include "emulator/redfish_service.hpp"
+#include "emulator/request_log.hpp"
 #include "sim/demo_machine.hpp"
 #include "sim/machine_store.hpp"
 
@@ -51,17 +56,41 @@ int main(int argc, char** argv) {
         std::cout << help;
         return 0;
     }
-    std::string path = options.machine;
-    if (path == "demo") {
-        path = sim::DemoMachine::Prepare(error);
-        if (path.empty()) {
+    // The service of a machine file or of a mockup, and what the start line says it serves.
+    std::unique_ptr<emulator::RequestHandler> service;
+    std::string serving;
+    if (!options.mockup.empty()) {
+        emulator::MockupTree tree;
+        if (!emulator::MockupTree::Load(options.mockup, tree, error)) {
+            std::cerr << "raidcfg-bmc: --mockup: " << error << '\n';
+            return kBadArguments;
+        }
+        std::optional<emulator::MockupService::Credentials> credentials;
+        if (options.credentials) {
+            credentials = emulator::MockupService::Credentials{options.user, options.password};
+        }
+        service = std::make_unique<emulator::MockupService>(std::move(tree), credentials);
+        serving = "the mockup '" + options.mockup + "'";
+    } else {
+        std::string path = options.machine;
+        if (path == "demo") {
+            path = sim::DemoMachine::Prepare(error);
+            if (path.empty()) {
+                std::cerr << "raidcfg-bmc: --machine: " << error << '\n';
+                return kBadArguments;
+            }
+        }
+        auto store = std::make_shared<sim::MachineStore>(path);
+        if (!store->Check(error)) {
             std::cerr << "raidcfg-bmc: --machine: " << error << '\n';
             return kBadArguments;
         }
+        service = std::make_unique<emulator::RedfishService>(store, !options.no_expand);
+        serving = "'" + path + "'";
     }
-    auto store = std::make_shared<sim::MachineStore>(path);
-    if (!store->Check(error)) {
-        std::cerr << "raidcfg-bmc: --machine: " << error << '\n';
+    emulator::RequestLog log;
+    if (!options.log_requests.empty() && !log.Open(options.log_requests, error)) {
+        std::cerr << "raidcfg-bmc: --log-requests: " << error << '\n';
         return kBadArguments;
     }
 
@@ -74,8 +103,7 @@ int main(int argc, char** argv) {
     pthread_sigmask(SIG_BLOCK, &stop_signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 
-    emulator::RedfishService service(store, !options.no_expand);
-    emulator::HttpServer server(service, options);
+    emulator::HttpServer server(*service, options, options.log_requests.empty() ? nullptr : &log);
     if (!server.Bind(error)) {
         std::cerr << "raidcfg-bmc: " << error << '\n';
         return options.tls_cert.empty() ? kCannotServe : kBadArguments;
@@ -85,7 +113,7 @@ int main(int argc, char** argv) {
         std::cerr << "raidcfg-bmc: --port-file: cannot write '" << options.port_file << "'\n";
         return kCannotServe;
     }
-    std::cerr << "raidcfg-bmc: serving '" << path << "' on "
+    std::cerr << "raidcfg-bmc: serving " << serving << " on "
               << (options.tls_cert.empty() ? "http://" : "https://") << options.host << ':'
               << server.port() << std::endl;
 
@@ -109,7 +137,7 @@ int main(int argc, char** argv) {
         // A client that keeps an idle connection open would hold the workers until its
         // keep-alive timeout. Intended: end without waiting for it, but never in the middle of
         // a request, so the machine file is never left half-changed.
-        service.Hold();
+        service->Hold();
     } else {
         runner.join();
     }

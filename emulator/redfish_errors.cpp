@@ -26,6 +26,12 @@ json Message(const std::string& message_id, const std::string& text, const std::
     return message;
 }
 
+HttpResponse Unauthorized(const std::string& message_id, const std::string& text) {
+    HttpResponse response = RedfishErrors::Error(401, message_id, text, std::nullopt);
+    response.headers.emplace_back("WWW-Authenticate", "Basic realm=\"raidcfg-bmc\"");
+    return response;
+}
+
 } // namespace
 
 HttpResponse RedfishErrors::Error(int status, const std::string& message_id,
@@ -41,6 +47,60 @@ HttpResponse RedfishErrors::Error(int status, const std::string& message_id,
     response.headers.emplace_back("Content-Type", "application/json");
     response.body = body.dump();
     return response;
+}
+
+HttpResponse RedfishErrors::BadToken() {
+    return Unauthorized("Base.1.8.ResourceAtUriUnauthorized", "The session token is not valid.");
+}
+
+HttpResponse RedfishErrors::BadCredentials() {
+    return Unauthorized("Base.1.8.ResourceAtUriUnauthorized",
+                        "The user name or password is not valid.");
+}
+
+HttpResponse RedfishErrors::NoSession() {
+    return Unauthorized("Base.1.8.NoValidSession",
+                        "There is no valid session established with the implementation.");
+}
+
+HttpResponse RedfishErrors::NotFound(const std::string& path, std::optional<int> code) {
+    return Error(404, "Base.1.8.ResourceNotFound", "The resource at " + path + " does not exist.",
+                 code);
+}
+
+HttpResponse RedfishErrors::NotAllowed(const std::string& method, const std::string& path,
+                                       std::optional<int> code) {
+    return Error(405, "Base.1.8.OperationNotAllowed", method + " is not allowed on " + path + ".",
+                 code);
+}
+
+HttpResponse RedfishErrors::MalformedJson(std::optional<int> code) {
+    return Error(400, "Base.1.8.MalformedJSON", "The request body is not a JSON object.", code);
+}
+
+HttpResponse RedfishErrors::PreconditionFailed(std::optional<int> code) {
+    return Error(412, "Base.1.8.PreconditionFailed",
+                 "The ETag in If-Match does not match the resource.", code);
+}
+
+HttpResponse RedfishErrors::PropertyMissing(const std::string& name, std::optional<int> code) {
+    return Error(400, "Base.1.8.PropertyMissing", "The property " + name + " is missing.", code);
+}
+
+HttpResponse RedfishErrors::ExpandNotSupported(std::optional<int> code) {
+    return Error(501, "Base.1.8.QueryNotSupported", "$expand is not supported by this service.",
+                 code);
+}
+
+HttpResponse RedfishErrors::BadExpand(const std::string& value, std::optional<int> code) {
+    return Error(400, "Base.1.8.QueryParameterValueFormatError",
+                 "The value " + value + " of $expand is not supported.", code);
+}
+
+HttpResponse RedfishErrors::ActionNotSupported(const std::string& action, const std::string& owner,
+                                               std::optional<int> code) {
+    return Error(404, "Base.1.8.ActionNotSupported",
+                 "The action " + action + " is not supported by the resource " + owner + ".", code);
 }
 
 HttpResponse RedfishErrors::Refused(int code, const std::string& text) {

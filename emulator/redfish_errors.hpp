@@ -15,6 +15,21 @@ public:
     // A Redfish error: status, message id, message text and (when set) the contract code.
     static HttpResponse Error(int status, const std::string& message_id, const std::string& text,
                               std::optional<int> code);
+    // The common refusals, worded alike by both services. The 401 answers ask for Basic
+    // authentication: a session token that is not valid, bad credentials, none at all.
+    static HttpResponse BadToken();
+    static HttpResponse BadCredentials();
+    static HttpResponse NoSession();
+    static HttpResponse NotFound(const std::string& path, std::optional<int> code);
+    static HttpResponse NotAllowed(const std::string& method, const std::string& path,
+                                   std::optional<int> code);
+    static HttpResponse MalformedJson(std::optional<int> code);
+    static HttpResponse PreconditionFailed(std::optional<int> code);
+    static HttpResponse PropertyMissing(const std::string& name, std::optional<int> code);
+    static HttpResponse ExpandNotSupported(std::optional<int> code);
+    static HttpResponse BadExpand(const std::string& value, std::optional<int> code);
+    static HttpResponse ActionNotSupported(const std::string& action, const std::string& owner,
+                                           std::optional<int> code);
     // A write the simulated driver refused: the HTTP status follows the code (docs/redfish.md).
     static HttpResponse Refused(int code, const std::string& text);
     // An accepted write: 200 with one message; code 34 says the value was already set, a text

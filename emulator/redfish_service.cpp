@@ -1,14 +1,15 @@
 #include "emulator/redfish_service.hpp"
 
-#include <array>
+#include <algorithm>
 #include <cctype>
-#include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "emulator/expander.hpp"
 #include "emulator/redfish_errors.hpp"
+#include "emulator/request_text.hpp"
 #include "emulator/resource_builder.hpp"
+#include "emulator/resource_etag.hpp"
 #include "emulator/write_handlers.hpp"
 #include "result/raid_error_code.hpp"
 
@@ -21,85 +22,6 @@ namespace {
 
 constexpr const char* kSessions = "/redfish/v1/SessionService/Sessions";
 
-int HexValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    const int lower = std::tolower(static_cast<unsigned char>(c));
-    if (lower >= 'a' && lower <= 'f') {
-        return lower - 'a' + 10;
-    }
-    return -1;
-}
-
-std::string PercentDecode(const std::string& text) {
-    std::string decoded;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size() && HexValue(text[i + 1]) >= 0 &&
-            HexValue(text[i + 2]) >= 0) {
-            decoded.push_back(
-                static_cast<char>(HexValue(text[i + 1]) * 16 + HexValue(text[i + 2])));
-            i += 2;
-        } else if (text[i] == '+') {
-            decoded.push_back(' ');
-        } else {
-            decoded.push_back(text[i]);
-        }
-    }
-    return decoded;
-}
-
-// The value of one query option ("$expand"), decoded; empty when absent.
-std::optional<std::string> QueryValue(const std::string& query, const std::string& name) {
-    std::size_t start = 0;
-    while (start <= query.size()) {
-        const std::size_t amp = query.find('&', start);
-        const std::string pair =
-            query.substr(start, amp == std::string::npos ? std::string::npos : amp - start);
-        const std::size_t equals = pair.find('=');
-        const std::string key = PercentDecode(pair.substr(0, equals));
-        if (key == name) {
-            return equals == std::string::npos ? std::string()
-                                               : PercentDecode(pair.substr(equals + 1));
-        }
-        if (amp == std::string::npos) {
-            break;
-        }
-        start = amp + 1;
-    }
-    return std::nullopt;
-}
-
-std::string Base64Decode(const std::string& text) {
-    std::string decoded;
-    unsigned int buffer = 0;
-    int bits = 0;
-    for (char c : text) {
-        int value = -1;
-        if (c >= 'A' && c <= 'Z') {
-            value = c - 'A';
-        } else if (c >= 'a' && c <= 'z') {
-            value = c - 'a' + 26;
-        } else if (c >= '0' && c <= '9') {
-            value = c - '0' + 52;
-        } else if (c == '+') {
-            value = 62;
-        } else if (c == '/') {
-            value = 63;
-        } else {
-            break; // padding or the end
-        }
-        buffer = (buffer << 6U) | static_cast<unsigned int>(value);
-        bits += 6;
-        if (bits >= 8) {
-            bits -= 8;
-            decoded.push_back(
-                static_cast<char>((buffer >> static_cast<unsigned int>(bits)) & 0xFFU));
-        }
-    }
-    return decoded;
-}
-
 HttpResponse JsonResponse(int status, const json& body) {
     HttpResponse response;
     response.status = status;
@@ -108,22 +30,12 @@ HttpResponse JsonResponse(int status, const json& body) {
     return response;
 }
 
-HttpResponse Unauthorized(const std::string& message_id, const std::string& text) {
-    HttpResponse response = RedfishErrors::Error(401, message_id, text, std::nullopt);
-    response.headers.emplace_back("WWW-Authenticate", "Basic realm=\"raidcfg-bmc\"");
-    return response;
-}
-
 HttpResponse NotFound(const std::string& path) {
-    return RedfishErrors::Error(404, "Base.1.8.ResourceNotFound",
-                                "The resource at " + path + " does not exist.",
-                                rc::RAID_TARGET_NOT_FOUND);
+    return RedfishErrors::NotFound(path, rc::RAID_TARGET_NOT_FOUND);
 }
 
 HttpResponse NotAllowed(const std::string& method, const std::string& path) {
-    return RedfishErrors::Error(405, "Base.1.8.OperationNotAllowed",
-                                method + " is not allowed on " + path + ".",
-                                rc::RAID_OPERATION_FAILED);
+    return RedfishErrors::NotAllowed(method, path, rc::RAID_OPERATION_FAILED);
 }
 
 std::optional<int> TaskNumber(const std::string& text) {
@@ -141,30 +53,14 @@ RedfishService::RedfishService(std::shared_ptr<sim::MachineStore> store, bool ex
     : store_(std::move(store)), expand_supported_(expand_supported) {}
 
 std::string RedfishService::ETag(const json& resource) {
-    json body = resource;
-    if (body.is_object()) {
-        body.erase("@odata.etag");
-    }
-    // FNV-1a, 64 bits: stable across runs, so an ETag survives a restart of the emulator.
-    std::uint64_t hash = 14695981039346656037ULL;
-    for (unsigned char c : body.dump()) {
-        hash ^= c;
-        hash *= 1099511628211ULL;
-    }
-    static constexpr std::array<char, 16> kDigits{'0', '1', '2', '3', '4', '5', '6', '7',
-                                                  '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'};
-    std::string text = "\"";
-    for (int shift = 60; shift >= 0; shift -= 4) {
-        text.push_back(kDigits.at((hash >> static_cast<unsigned int>(shift)) & 0xFU));
-    }
-    return text + "\"";
+    return ResourceEtag::Of(resource);
 }
 
 HttpResponse RedfishService::Handle(const HttpRequest& request) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    const std::size_t mark = request.target.find('?');
-    std::string path = request.target.substr(0, mark);
-    const std::string query = mark == std::string::npos ? "" : request.target.substr(mark + 1);
+    std::string path;
+    std::string query;
+    RequestText::SplitTarget(request.target, path, query);
     while (path.size() > 1 && path.back() == '/') {
         path.pop_back();
     }
@@ -188,23 +84,18 @@ std::optional<HttpResponse> RedfishService::Authenticate(const HttpRequest& requ
         if (sessions_.FindByToken(token)) {
             return std::nullopt;
         }
-        return Unauthorized("Base.1.8.ResourceAtUriUnauthorized",
-                            "The session token is not valid.");
+        return RedfishErrors::BadToken();
     }
-    const std::string authorization = request.Header("Authorization");
-    const std::string basic = "Basic ";
-    if (authorization.rfind(basic, 0) == 0) {
-        const std::string pair = Base64Decode(authorization.substr(basic.size()));
-        const std::size_t colon = pair.find(':');
-        if (colon != std::string::npos && pair.substr(0, colon) == machine.bmc.user &&
-            pair.substr(colon + 1) == machine.bmc.password) {
+    if (const std::optional<std::string> pair =
+            RequestText::BasicCredentials(request.Header("Authorization"))) {
+        const std::size_t colon = pair->find(':');
+        if (colon != std::string::npos && pair->substr(0, colon) == machine.bmc.user &&
+            pair->substr(colon + 1) == machine.bmc.password) {
             return std::nullopt;
         }
-        return Unauthorized("Base.1.8.ResourceAtUriUnauthorized",
-                            "The user name or password is not valid.");
+        return RedfishErrors::BadCredentials();
     }
-    return Unauthorized("Base.1.8.NoValidSession",
-                        "There is no valid session established with the implementation.");
+    return RedfishErrors::NoSession();
 }
 
 HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::string& path,
@@ -245,18 +136,14 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
             const std::string owner = path.substr(0, path.find("/Actions/"));
             const std::optional<json> current = Resolve(owner, machine);
             if (!current || ETag(*current) != if_match) {
-                return RedfishErrors::Error(412, "Base.1.8.PreconditionFailed",
-                                            "The ETag in If-Match does not match the resource.",
-                                            rc::RAID_OPERATION_FAILED);
+                return RedfishErrors::PreconditionFailed(rc::RAID_OPERATION_FAILED);
             }
         }
         json body = json::object();
         if (method != "DELETE" && !request.body.empty()) {
             body = json::parse(request.body, nullptr, false);
             if (body.is_discarded() || !body.is_object()) {
-                return RedfishErrors::Error(400, "Base.1.8.MalformedJSON",
-                                            "The request body is not a JSON object.",
-                                            rc::RAID_OPERATION_FAILED);
+                return RedfishErrors::MalformedJson(rc::RAID_OPERATION_FAILED);
             }
         }
         WriteHandlers writes(store_, tasks_);
@@ -287,18 +174,14 @@ HttpResponse RedfishService::Get(const HttpRequest& request, const std::string& 
         return NotFound(path);
     }
     json body = *resource;
-    if (const std::optional<std::string> expand = QueryValue(query, "$expand")) {
+    if (const std::optional<std::string> expand = RequestText::QueryValue(query, "$expand")) {
         if (!expand_supported_) {
-            return RedfishErrors::Error(501, "Base.1.8.QueryNotSupported",
-                                        "$expand is not supported by this service.",
-                                        rc::RAID_REST_FAILED);
+            return RedfishErrors::ExpandNotSupported(rc::RAID_REST_FAILED);
         }
         Expander::Mode mode = Expander::Mode::NoLinks;
         int levels = 1;
         if (!Expander::Parse(*expand, mode, levels)) {
-            return RedfishErrors::Error(400, "Base.1.8.QueryParameterValueFormatError",
-                                        "The value " + *expand + " of $expand is not supported.",
-                                        rc::RAID_OPERATION_FAILED);
+            return RedfishErrors::BadExpand(*expand, rc::RAID_OPERATION_FAILED);
         }
         body = Expander::Expand(body, mode, levels,
                                 [&](const std::string& uri) { return Resolve(uri, machine); });
@@ -320,22 +203,17 @@ HttpResponse RedfishService::Get(const HttpRequest& request, const std::string& 
 HttpResponse RedfishService::Login(const std::string& body, const sim::Machine& machine) {
     const json credentials = json::parse(body, nullptr, false);
     if (credentials.is_discarded() || !credentials.is_object()) {
-        return RedfishErrors::Error(400, "Base.1.8.MalformedJSON",
-                                    "The request body is not a JSON object.",
-                                    rc::RAID_OPERATION_FAILED);
+        return RedfishErrors::MalformedJson(rc::RAID_OPERATION_FAILED);
     }
     for (const char* name : {"UserName", "Password"}) {
         if (!credentials.contains(name) || !credentials[name].is_string()) {
-            return RedfishErrors::Error(400, "Base.1.8.PropertyMissing",
-                                        std::string("The property ") + name + " is missing.",
-                                        rc::RAID_OPERATION_FAILED);
+            return RedfishErrors::PropertyMissing(name, rc::RAID_OPERATION_FAILED);
         }
     }
     const std::string user = credentials["UserName"].get<std::string>();
     if (user != machine.bmc.user ||
         credentials["Password"].get<std::string>() != machine.bmc.password) {
-        return Unauthorized("Base.1.8.ResourceAtUriUnauthorized",
-                            "The user name or password is not valid.");
+        return RedfishErrors::BadCredentials();
     }
     std::string token;
     const std::string id = sessions_.Open(user, token);

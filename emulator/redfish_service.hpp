@@ -9,6 +9,7 @@
 
 #include "emulator/http_request.hpp"
 #include "emulator/http_response.hpp"
+#include "emulator/request_handler.hpp"
 #include "emulator/session_store.hpp"
 #include "emulator/task_store.hpp"
 #include "sim/machine_store.hpp"
@@ -18,15 +19,13 @@ namespace emulator {
 // The Redfish service of a machine file: authentication, reads (with $expand and ETags) and
 // writes, one request in and one response out, with no socket involved (docs/redfish.md).
 // Requests are served one at a time: the machine file is read anew for each.
-class RedfishService {
+class RedfishService : public RequestHandler {
 public:
     RedfishService(std::shared_ptr<sim::MachineStore> store, bool expand_supported);
 
-    HttpResponse Handle(const HttpRequest& request);
+    HttpResponse Handle(const HttpRequest& request) override;
 
-    // Waits for the request being served, if any, and serves none after it: for a process that
-    // ends without waiting for idle connections. Intended to be called once, at the very end.
-    void Hold() { mutex_.lock(); }
+    void Hold() override { mutex_.lock(); }
 
     // The strong ETag of a resource body: a hash of the body without its @odata.etag.
     static std::string ETag(const nlohmann::json& resource);

@@ -1,6 +1,7 @@
-// The raidcfg-bmc program itself: started on a copy of the demo machine, reached over loopback
-// sockets, stopped by signals.
+// The raidcfg-bmc program itself: started on a copy of the demo machine or on a test mockup,
+// reached over loopback sockets, stopped by signals.
 #include <csignal>
+#include <filesystem>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -36,6 +37,8 @@ protected:
         }
         return std::stoi(line);
     }
+
+    static std::string Mockup() { return std::string(RAIDCFG_TEST_DATA_DIR) + "/mockups/short"; }
 
     raidcfg_test::TempDir dir_;
     std::string machine_;
@@ -155,6 +158,12 @@ TEST_F(EmulatorProcessTest, BadArgumentsExitWithFiveAndOneLine) {
         {"--machine", machine_, "--latency-ms", "-3"},
         {"--machine", machine_, "--bogus"},
         {"--machine", dir_.File("missing.json")},
+        {"--mockup", dir_.File("nowhere")},
+        {"--machine", machine_, "--mockup", Mockup()},
+        {"--mockup", Mockup(), "--user", "admin"},
+        {"--machine", machine_, "--user", "admin", "--password", "secret"},
+        {"--mockup", Mockup(), "--no-expand"},
+        {"--mockup", Mockup(), "--log-requests", dir_.File("missing/requests.log")},
     };
     for (const auto& args : cases) {
         const raidcfg_test::TempDir run;
@@ -172,6 +181,76 @@ TEST_F(EmulatorProcessTest, UnusableMachineFileIsNamed) {
     EmulatorProcess process(dir_.path(), {"--machine", machine_});
     EXPECT_EQ(process.Wait(), 5);
     EXPECT_NE(process.Stderr().find("machine.json"), std::string::npos);
+}
+
+TEST_F(EmulatorProcessTest, ServesAMockupAndLogsItsRequests) {
+    const std::string log = dir_.File("requests.log");
+    EmulatorProcess process(dir_.path(), {"--mockup", Mockup(), "--log-requests", log});
+    const int port = Port(process);
+    ASSERT_GT(port, 0);
+    {
+        httplib::Client client("127.0.0.1", port);
+        client.set_basic_auth("anyone", "anything");
+        const auto system = client.Get("/redfish/v1/Systems/Sys.1?$expand=.");
+        ASSERT_TRUE(system);
+        EXPECT_EQ(system->status, 200);
+        EXPECT_EQ(json::parse(system->body)["Storage"]["Members"][0]["@odata.id"],
+                  "/redfish/v1/Systems/Sys.1/Storage/RAIDIntegrated");
+    }
+    EXPECT_EQ(process.Stop(SIGTERM), 0);
+    const std::string err = process.Stderr();
+    EXPECT_EQ(err.substr(0, err.find('\n')), "raidcfg-bmc: serving the mockup '" + Mockup() +
+                                                 "' on http://127.0.0.1:" + std::to_string(port));
+    EXPECT_EQ(process.LastErrorLine(), "raidcfg-bmc: served 1 requests on 1 connections");
+    EXPECT_EQ(raidcfg_test::ReadFile(log), "GET /redfish/v1/Systems/Sys.1?$expand=. 200\n");
+}
+
+TEST_F(EmulatorProcessTest, MockupTakesOnlyTheGivenUser) {
+    EmulatorProcess process(dir_.path(),
+                            {"--mockup", Mockup(), "--user", "admin", "--password", "secret"});
+    const int port = Port(process);
+    ASSERT_GT(port, 0);
+    {
+        httplib::Client client("127.0.0.1", port);
+        client.set_basic_auth("admin", "wrong");
+        const auto refused = client.Get("/redfish/v1/Managers/BMC");
+        ASSERT_TRUE(refused);
+        EXPECT_EQ(refused->status, 401);
+        client.set_basic_auth("admin", "secret");
+        const auto manager = client.Get("/redfish/v1/Managers/BMC");
+        ASSERT_TRUE(manager);
+        EXPECT_EQ(manager->status, 200);
+    }
+    EXPECT_EQ(process.Stop(SIGINT), 0);
+    EXPECT_EQ(process.Stderr().find("secret"), std::string::npos);
+}
+
+TEST_F(EmulatorProcessTest, LogsTheRequestsOfAMachineFile) {
+    const std::string log = dir_.File("requests.log");
+    EmulatorProcess process(dir_.path(), {"--machine", machine_, "--log-requests", log});
+    const int port = Port(process);
+    ASSERT_GT(port, 0);
+    {
+        httplib::Client client("127.0.0.1", port);
+        const auto anonymous = client.Get("/redfish/v1/Managers/1");
+        ASSERT_TRUE(anonymous);
+        EXPECT_EQ(anonymous->status, 401);
+    }
+    EXPECT_EQ(process.Stop(SIGTERM), 0);
+    EXPECT_EQ(raidcfg_test::ReadFile(log), "GET /redfish/v1/Managers/1 401\n");
+}
+
+TEST_F(EmulatorProcessTest, UnusableMockupIsNamed) {
+    const std::string tree = dir_.File("tree");
+    std::filesystem::create_directories(tree + "/Systems");
+    raidcfg_test::WriteFile(tree + "/index.json", R"({"Id": "RootService"})");
+    raidcfg_test::WriteFile(tree + "/Systems/index.json", "{");
+    EmulatorProcess process(dir_.path(), {"--mockup", tree});
+    EXPECT_EQ(process.Wait(), 5);
+    const std::string err = process.Stderr();
+    EXPECT_NE(err.find(tree + "/Systems/index.json"), std::string::npos) << err;
+    EXPECT_EQ(err.find('\n'), err.size() - 1) << err;
+    EXPECT_EQ(process.Stdout(), "");
 }
 
 } // namespace
