@@ -469,8 +469,21 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
     links.controller = controller_path;
     links.volumes = W::Link(Member(storage, "Volumes"));
 
-    // Volumes first: a real BMC tells a disk's membership only through them.
-    const std::vector<json> volumes = MembersOf(Member(storage, "Volumes"));
+    // Volumes first: a real BMC tells a disk's membership only through them. A volume that lives
+    // under another Storage of the same collection is that one's, whatever link led here: each
+    // volume is shown once, and written to only through its own Storage.
+    std::vector<json> volumes;
+    const std::string own = links.storage + "/";
+    const std::string siblings = links.storage.substr(0, links.storage.rfind('/') + 1);
+    for (json& volume : MembersOf(Member(storage, "Volumes"))) {
+        const std::string path = W::Link(volume);
+        if (!siblings.empty() && path.rfind(siblings, 0) == 0 && path.rfind(own, 0) != 0) {
+            RAIDCFG_LOG(2) << "Redfish: the Storage " << links.storage << " links to the volume "
+                           << path << " of another Storage; it is left out here";
+            continue;
+        }
+        volumes.push_back(std::move(volume));
+    }
     std::map<std::string, std::string> linked; // drive path -> "Online" or "JBOD"
     for (const json& volume : volumes) {
         links.reports_write_cache = links.reports_write_cache || Has(volume, "WriteCachePolicy");
