@@ -475,6 +475,32 @@ TEST_F(RedfishClientTest, TaskResourceRunningThenCompleted) {
     EXPECT_EQ(bmc_->Count("GET", kMonitor), 2u);
 }
 
+TEST_F(RedfishClientTest, AWriteAppliedOnlyAtTheNextResetIsNotReportedAsDone) {
+    auto client = OpenClient();
+    bmc_->On("PATCH", "/redfish/v1/Systems/1/Storage/1",
+             Json(200, R"({"@Redfish.OperationApplyTime": "OnReset"})"));
+    RedfishStatus status =
+        client->Patch("/redfish/v1/Systems/1/Storage/1", {{"EncryptionMode", "UseLocalKey"}});
+    EXPECT_EQ(status.code, Quillon::RaidConfig::RAID_OPERATION_FAILED);
+    EXPECT_EQ(status.text, "BMC 10.0.0.5: PATCH /redfish/v1/Systems/1/Storage/1 was accepted, "
+                           "but the BMC applies it only at the next reset of the server (OnReset)");
+
+    bmc_->On("POST", kVolumes, Status(202, {{"location", kMonitor}}));
+    bmc_->On("GET", kMonitor,
+             Json(202, R"({"TaskState": "Pending", "Messages": [{"MessageId": "Job.1.0.Scheduled",)"
+                       R"( "Message": "The job will run when the server is rebooted."}]})"));
+    status = client->Post(kVolumes, {{"RAIDType", "RAID1"}});
+    EXPECT_EQ(status.code, Quillon::RaidConfig::RAID_OPERATION_FAILED);
+    EXPECT_EQ(status.text, std::string("BMC 10.0.0.5: POST ") + kVolumes +
+                               " was accepted, but the BMC applies it only at the next reset of "
+                               "the server (OnReset)");
+    EXPECT_EQ(bmc_->Count("GET", kMonitor), 1u) << "no waiting for a reboot that is not coming";
+
+    bmc_->On("PATCH", "/redfish/v1/Systems/1/Storage/2",
+             Json(200, R"({"@Redfish.OperationApplyTime": "Immediate"})"));
+    EXPECT_TRUE(client->Patch("/redfish/v1/Systems/1/Storage/2", {{"A", 1}}).ok());
+}
+
 TEST_F(RedfishClientTest, TaskEndingInExceptionFailsWithItsMessage) {
     auto client = OpenClient();
     bmc_->On("POST", kVolumes, Status(202, {{"location", kMonitor}}));

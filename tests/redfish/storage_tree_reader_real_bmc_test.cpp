@@ -6,6 +6,7 @@
 
 #include "redfish/storage_tree_reader.hpp"
 #include "tests/redfish/fake_transport.hpp"
+#include "tests/redfish/real_bmc_tree.hpp"
 
 #include <gtest/gtest.h>
 
@@ -19,72 +20,30 @@ using redfish::StorageTreeReader;
 using namespace Quillon::RaidConfig;
 
 json Ref(const std::string& path) {
-    return json{{"@odata.id", path}};
+    return raidcfg_test::RealBmcTree::Link(path);
 }
 
 json Collection(const std::vector<std::string>& members) {
-    json body = {{"Members", json::array()}};
-    for (const std::string& member : members) {
-        body["Members"].push_back(Ref(member));
-    }
-    body["Members@odata.count"] = members.size();
-    return body;
+    return raidcfg_test::RealBmcTree::Collection(members);
 }
 
-// A hand-written BMC: resources by path, each served as it stands (the service root offers no
-// $expand, so the client reads link by link).
 class RealBmcTest : public ::testing::Test {
 protected:
     std::shared_ptr<FakeBmc> bmc = std::make_shared<FakeBmc>();
-    std::map<std::string, json> tree;
+    raidcfg_test::RealBmcTree real;
+    std::map<std::string, json>& tree = real.resources;
 
-    // One system "System.Embedded.1" managed by "iDRAC.Embedded.1", with one Storage whose
-    // controller is made by manufacturer with model, and the given drives and volumes.
     void OneSystem(const json& controller, const std::vector<json>& drives,
                    const std::vector<json>& volumes) {
-        const std::string system = "/redfish/v1/Systems/System.Embedded.1";
-        const std::string storage = system + "/Storage/RAID.Integrated.1-1";
-        tree["/redfish/v1/Systems"] = Collection({system});
-        tree[system] = {{"Id", "System.Embedded.1"},
-                        {"Storage", Ref(system + "/Storage")},
-                        {"Links", {{"ManagedBy", {Ref("/redfish/v1/Managers/iDRAC.Embedded.1")}}}}};
-        tree["/redfish/v1/Managers/iDRAC.Embedded.1"] = {{"Id", "iDRAC.Embedded.1"},
-                                                         {"ManagerType", "BMC"}};
-        tree[system + "/Storage"] = Collection({storage});
-        json storage_body = {{"Id", "RAID.Integrated.1-1"},
-                             {"StorageControllers", json::array({controller})},
-                             {"Drives", json::array()},
-                             {"Volumes", Ref(storage + "/Volumes")}};
-        storage_body["StorageControllers"][0]["@odata.id"] = storage + "#/StorageControllers/0";
-        for (const json& drive : drives) {
-            const std::string path =
-                "/redfish/v1/Chassis/Enclosure/Drives/" + drive["Id"].get<std::string>();
-            storage_body["Drives"].push_back(Ref(path));
-            json body = drive;
-            body["@odata.id"] = path;
-            tree[path] = body;
-        }
-        tree[storage] = storage_body;
-        std::vector<std::string> members;
-        for (const json& volume : volumes) {
-            const std::string path = storage + "/Volumes/" + volume["Id"].get<std::string>();
-            members.push_back(path);
-            json body = volume;
-            body["@odata.id"] = path;
-            tree[path] = body;
-        }
-        tree[storage + "/Volumes"] = Collection(members);
+        real.OneSystem(controller, drives, volumes);
     }
 
     static std::string DrivePath(const std::string& id) {
-        return "/redfish/v1/Chassis/Enclosure/Drives/" + id;
+        return raidcfg_test::RealBmcTree::DrivePath(id);
     }
 
     std::shared_ptr<StorageTreeReader> Open(const std::string& system = {}) {
-        bmc->StandardService(false);
-        for (const auto& [path, body] : tree) {
-            bmc->On("GET", path, raidcfg_test::Json(200, body.dump()));
-        }
+        real.Serve(*bmc);
         redfish::ClientSettings settings;
         settings.user = "admin";
         settings.password = "secret";
