@@ -399,6 +399,14 @@ RedfishRaidDriver::Code RedfishRaidDriver::MakeJbod(int controller, int disk,
         controller, error_text,
         [disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
                std::string& text) {
+            if (!links.ours && !links.raid_types.empty() &&
+                std::find(links.raid_types.begin(), links.raid_types.end(), "None") ==
+                    links.raid_types.end()) {
+                text = "the controller does not offer pass-through volumes (RAIDType None), so "
+                       "disk " +
+                       std::to_string(disk) + " cannot be made JBOD";
+                return RAID_MAKEJBOD_REFUSED;
+            }
             const json body = {
                 {"RAIDType", "None"},
                 {"Links",
@@ -464,6 +472,11 @@ RedfishRaidDriver::Code RedfishRaidDriver::FastInit(int controller, int volume,
         controller, error_text,
         [volume](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
                  std::string& text) {
+            if (!links.ours && links.volume_paths.count(volume) != 0 &&
+                links.can_initialize.count(volume) == 0) {
+                text = NotOffered("Volume.Initialize for volume " + std::to_string(volume));
+                return RAID_DEVICE_UNSUPPORTED;
+            }
             return BmcAccess::Outcome(
                 client.Post(BmcAccess::VolumePath(links, volume) + "/Actions/Volume.Initialize",
                             json{{"InitializeType", "Fast"}}),
@@ -479,7 +492,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::RaidChangeConnectorMode(int controlle
                          [&](const ControllerLinks& links, const sim::Controller&,
                              RedfishClient& client, std::string& text) {
                              if (!links.ours) {
-                                 text = NotOffered("a connector mode change");
+                                 text = NotOffered("a change of connector mode");
                                  return RAID_DEVICE_UNSUPPORTED;
                              }
                              json answer;
@@ -643,7 +656,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
 }
 
 std::string RedfishRaidDriver::NotOffered(const std::string& function) {
-    return "this BMC offers no standard Redfish way to set " + function;
+    return "the BMC does not offer " + function;
 }
 
 json RedfishRaidDriver::VolumeBody(const ControllerLinks& links, const std::string& family,

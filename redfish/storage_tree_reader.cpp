@@ -525,6 +525,9 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
         }
         sim::Volume volume = VolumeFrom(resource, position++, model.family, disk_of);
         links.volume_paths[volume.id] = W::Link(resource);
+        if (Has(Member(resource, "Actions"), "#Volume.Initialize")) {
+            links.can_initialize.insert(volume.id);
+        }
         model.volumes.push_back(std::move(volume));
     }
     if (Has(oem, "GlobalHotSpares")) {

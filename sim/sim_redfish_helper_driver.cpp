@@ -44,8 +44,13 @@ void SimRedfishHelperDriver::GetSupportInfo(int controller, const std::string& f
     const std::string wanted = FamilyOfWord(family);
     for (const Controller& candidate : machine.controllers) {
         if (candidate.family == wanted && candidate.id == controller) {
-            max_stripe_size = std::to_string(candidate.max_stripe_kb) + "K";
-            min_stripe_size = std::to_string(candidate.min_stripe_kb) + "K";
+            // A limit the controller does not tell (0) is the empty text, never "0K".
+            max_stripe_size = candidate.max_stripe_kb > 0
+                                  ? std::to_string(candidate.max_stripe_kb) + "K"
+                                  : std::string();
+            min_stripe_size = candidate.min_stripe_kb > 0
+                                  ? std::to_string(candidate.min_stripe_kb) + "K"
+                                  : std::string();
             raid_levels = candidate.raid_levels;
             return;
         }

@@ -15,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/support/bmc_emulator.hpp"
 #include "tests/support/child_process.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"
@@ -52,74 +53,17 @@ std::string LastLine(const std::string& text) {
 }
 
 // raidcfg-bmc on a machine file, on a free port of 127.0.0.1, for the life of the object.
-class Emulator {
+class Emulator : public raidcfg_test::BmcEmulator {
 public:
-    explicit Emulator(const std::string& machine, std::vector<std::string> extra = {}) {
-        std::vector<std::string> args = {"--machine", machine, "--port-file", dir_.File("port")};
-        args.insert(args.end(), extra.begin(), extra.end());
-        pid_ = Spawn(kEmulator, args, dir_.path(), dir_.File("out"), dir_.File("err"));
-        // The port file appears once the socket is bound; the wait ends with the process too.
-        while (pid_ > 0 && port_.empty()) {
-            if (raidcfg_test::FileExists(dir_.File("port"))) {
-                std::string text = raidcfg_test::ReadFile(dir_.File("port"));
-                while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) {
-                    text.pop_back();
-                }
-                port_ = text;
-                break;
-            }
-            if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
-                pid_ = -1;
-                break;
-            }
-            usleep(10000);
-        }
-    }
-    ~Emulator() { Stop(); }
-    Emulator(const Emulator&) = delete;
-    Emulator& operator=(const Emulator&) = delete;
-
-    bool running() const { return pid_ > 0 && !port_.empty(); }
-    const std::string& port() const { return port_; }
-    std::string Bmc(const std::string& credentials = "admin:secret") const {
-        return credentials + "@127.0.0.1:" + port_;
-    }
-
-    // Stops it with SIGTERM and returns its standard error (its request count is the last line).
-    std::string Stop() {
-        if (pid_ > 0) {
-            kill(pid_, SIGTERM);
-            WaitFor(pid_);
-            pid_ = -1;
-        }
-        return raidcfg_test::FileExists(dir_.File("err")) ? raidcfg_test::ReadFile(dir_.File("err"))
-                                                          : std::string();
-    }
-    // Ends it at once, as a crash would.
-    void Kill() {
-        if (pid_ > 0) {
-            kill(pid_, SIGKILL);
-            WaitFor(pid_);
-            pid_ = -1;
-        }
-    }
-
-    // "raidcfg-bmc: served N requests on M connections" of err: N and M.
-    static bool Served(const std::string& err, int& requests, int& connections) {
-        std::smatch match;
-        static const std::regex line("served ([0-9]+) requests on ([0-9]+) connections");
-        if (!std::regex_search(err, match, line)) {
-            return false;
-        }
-        requests = std::stoi(match[1].str());
-        connections = std::stoi(match[2].str());
-        return true;
-    }
+    explicit Emulator(const std::string& machine, std::vector<std::string> extra = {})
+        : BmcEmulator(kEmulator, Arguments(machine, std::move(extra))) {}
 
 private:
-    raidcfg_test::TempDir dir_;
-    pid_t pid_ = -1;
-    std::string port_;
+    static std::vector<std::string> Arguments(const std::string& machine,
+                                              std::vector<std::string> extra) {
+        extra.insert(extra.begin(), {"--machine", machine});
+        return extra;
+    }
 };
 
 // The result files of a run, which each step removes first so that every comparison is of

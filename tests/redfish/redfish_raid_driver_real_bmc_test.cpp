@@ -237,10 +237,35 @@ TEST_F(RealBmcDriverTest, FunctionsOnlyOurOemOffersAreUnsupportedAndSendNothing)
     redfish::RedfishRaidDriver driver = Driver();
     std::string error;
     EXPECT_EQ(driver.RaidChangeConnectorMode(0, "0", "HBA", error), RAID_DEVICE_UNSUPPORTED);
-    EXPECT_EQ(error, "this BMC offers no standard Redfish way to set a connector mode change");
+    EXPECT_EQ(error, "the BMC does not offer a change of connector mode");
     EXPECT_EQ(driver.SetFirmwareDeviceOrderCtrl(0, "Enabled", error), RAID_DEVICE_UNSUPPORTED);
-    EXPECT_EQ(error, "this BMC offers no standard Redfish way to set a firmware device order");
+    EXPECT_EQ(error, "the BMC does not offer a firmware device order");
     EXPECT_TRUE(Writes().empty());
+}
+
+TEST_F(RealBmcDriverTest, FastInitAndJbodAreSentOnlyWhereTheBmcOffersThem) {
+    tree.resources[RealBmcTree::kStorage]["StorageControllers"][0]["SupportedRAIDTypes"] = {
+        "RAID0", "RAID1"};
+    redfish::RedfishRaidDriver driver = Driver();
+    std::string error;
+    EXPECT_EQ(driver.FastInit(0, 1, error), RAID_DEVICE_UNSUPPORTED);
+    EXPECT_EQ(error, "the BMC does not offer Volume.Initialize for volume 1");
+    EXPECT_EQ(driver.MakeJbod(0, 6, error), RAID_MAKEJBOD_REFUSED);
+    EXPECT_EQ(error, "the controller does not offer pass-through volumes (RAIDType None), so "
+                     "disk 6 cannot be made JBOD");
+    EXPECT_TRUE(Writes().empty());
+}
+
+TEST_F(RealBmcDriverTest, FastInitGoesToAVolumeThatListsTheAction) {
+    const std::string target = RealBmcTree::VolumePath("Mirror") + "/Actions/Volume.Initialize";
+    tree.resources[RealBmcTree::VolumePath("Mirror")]["Actions"] = {
+        {"#Volume.Initialize", {{"target", target}}}};
+    bmc->On("POST", target, raidcfg_test::Status(204));
+    redfish::RedfishRaidDriver driver = Driver();
+    std::string error;
+    EXPECT_EQ(driver.FastInit(0, 1, error), RAID_OK) << error;
+    EXPECT_EQ(Writes(),
+              std::vector<std::string>({"POST " + target + " {\"InitializeType\":\"Fast\"}"}));
 }
 
 TEST_F(RealBmcDriverTest, ADedicatedSpareCarriesOnlyTheStandardLink) {
