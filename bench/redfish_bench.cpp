@@ -101,11 +101,16 @@ struct Served {
 };
 
 // One timed raidcfg run against a fresh emulator on the scratch machine.
+// mockup, when given, is a recorded Redfish tree the emulator serves instead of the machine.
 bool TimedRun(const Scratch& scratch, const std::vector<std::string>& action, bool expand,
-              double& seconds, Served& served) {
-    std::vector<std::string> emulator_args = {"--machine",    scratch.Machine(),
-                                              "--port-file",  scratch.path() + "/port",
+              double& seconds, Served& served, const std::string& mockup = {}) {
+    std::vector<std::string> emulator_args = {"--port-file", scratch.path() + "/port",
                                               "--latency-ms", "50"};
+    if (mockup.empty()) {
+        emulator_args.insert(emulator_args.begin(), {"--machine", scratch.Machine()});
+    } else {
+        emulator_args.insert(emulator_args.begin(), {"--mockup", mockup});
+    }
     if (!expand) {
         emulator_args.emplace_back("--no-expand");
     }
@@ -208,6 +213,30 @@ void BM_RedfishClear(benchmark::State& state) {
     Report(state, total);
 }
 
+// show of a recorded tree of a BMC without our Oem section: DMTF's public-tower mockup (four
+// Storage resources) when it is beside the repository, else our own rack-server tree (three).
+void BM_RedfishShowMockup(benchmark::State& state) {
+    const std::string tower = RAIDCFG_MOCKUPS_DIR "/public-tower";
+    const std::string mockup =
+        std::filesystem::is_directory(tower) ? tower : std::string(RAIDCFG_RACK_SERVER_MOCKUP);
+    state.SetLabel(std::filesystem::path(mockup).filename().string());
+    Served total;
+    for (auto _ : state) {
+        Scratch scratch;
+        double seconds = 0;
+        Served served;
+        if (!TimedRun(scratch, {"show"}, true, seconds, served, mockup)) {
+            state.SkipWithError("show of the mockup over Redfish failed");
+            break;
+        }
+        state.SetIterationTime(seconds);
+        total.requests += served.requests;
+        total.connections += served.connections;
+    }
+    Report(state, total);
+}
+
+BENCHMARK(BM_RedfishShowMockup)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RedfishShow)
     ->ArgName("expand")
     ->Arg(1)
