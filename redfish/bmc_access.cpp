@@ -37,7 +37,7 @@ std::vector<int> BmcAccess::ControllerIds() const {
     if (!reader_->Load(tree).ok()) {
         return ids;
     }
-    for (const sim::Controller& controller : tree->machine.controllers) {
+    for (const model::Controller& controller : tree->machine.controllers) {
         if (controller.family == family_) {
             ids.push_back(controller.id);
         }
@@ -108,9 +108,8 @@ BmcAccess::Code BmcAccess::Probe(const char* driver, const std::string& op,
 
 BmcAccess::Code BmcAccess::Read(const char* driver, const std::string& op, int controller,
                                 std::string& error_text, const Derive& derive) const {
-    std::shared_ptr<sim::MachineStore> store;
     std::shared_ptr<const StorageTree> tree;
-    RedfishStatus status = reader_->Store(store, tree);
+    RedfishStatus status = reader_->Load(tree);
     if (!status.ok()) {
         return Outcome(status, error_text);
     }
@@ -123,14 +122,20 @@ BmcAccess::Code BmcAccess::Read(const char* driver, const std::string& op, int c
         if (probed != RAID_OK) {
             return probed;
         }
-        status = reader_->Store(store, tree);
+        status = reader_->Load(tree);
         if (!status.ok()) {
             return Outcome(status, error_text);
         }
         links = tree->LinksOf(family_, controller);
     }
+    const model::Controller* model = tree->Find(family_, controller);
+    if (model == nullptr) {
+        // The simulated machine's words for a controller it does not have.
+        error_text = ControllerNotFound(controller);
+        return RAID_TARGET_NOT_FOUND;
+    }
     std::string derived_text;
-    const Code code = derive(store, *tree, derived_text);
+    const Code code = derive(*model, *tree, derived_text);
     if (code == RAID_OK || code == RAID_OK_UNCHANGED) {
         return code;
     }
@@ -155,7 +160,7 @@ BmcAccess::Code BmcAccess::Write(int controller, std::string& error_text,
         return Outcome(status, error_text);
     }
     const ControllerLinks* links = tree->LinksOf(family_, controller);
-    const sim::Controller* model = tree->Find(family_, controller);
+    const model::Controller* model = tree->Find(family_, controller);
     if (links == nullptr || model == nullptr) {
         error_text = ControllerNotFound(controller);
         return RAID_TARGET_NOT_FOUND;

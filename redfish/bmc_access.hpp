@@ -9,22 +9,21 @@
 
 #include "redfish/storage_tree_reader.hpp"
 #include "result/raid_error_code.hpp"
-#include "sim/machine_store.hpp"
 
 namespace redfish {
 
 // How every Redfish driver operation reaches one controller of the BMC. Reads are derived from
-// the storage tree by the simulated machine's own read operations over an in-memory copy, so
-// both roads render identical records; where the BMC has an injected fault pending for the read,
+// the storage tree by the shared model's read operations (model::ControllerReader), so both
+// roads render identical records; where the BMC has an injected fault pending for the read,
 // or the derivation fails, the BMC's probe action gives its own answer. Writes send one request
 // and pass the BMC's code and text through unchanged.
 class BmcAccess {
 public:
     using Code = Quillon::RaidConfig::RaidErrorCode;
-    using Derive = std::function<Code(const std::shared_ptr<sim::MachineStore>& store,
-                                      const StorageTree& tree, std::string& error_text)>;
+    using Derive = std::function<Code(const model::Controller& controller, const StorageTree& tree,
+                                      std::string& error_text)>;
     using Change =
-        std::function<Code(const ControllerLinks& links, const sim::Controller& controller,
+        std::function<Code(const ControllerLinks& links, const model::Controller& controller,
                            RedfishClient& client, std::string& error_text)>;
 
     BmcAccess(std::shared_ptr<StorageTreeReader> reader, std::string family);

@@ -1,10 +1,10 @@
 #include "redfish/redfish_encryption_driver.hpp"
 
 #include "backend/ekm_controller.hpp"
+#include "model/controller_reader.hpp"
+#include "model/mode_setting.hpp"
 #include "redfish/redfish_connection.hpp"
 #include "redfish/redfish_words.hpp"
-#include "sim/mode_setting.hpp"
-#include "sim/sim_encryption_driver.hpp"
 
 namespace redfish {
 
@@ -15,7 +15,7 @@ RedfishEncryptionDriver::RedfishEncryptionDriver(const RedfishConnection& connec
     : access_(connection.shared_tree(), "OOB_LSI") {}
 
 std::string RedfishEncryptionDriver::EncryptionMode(const std::string& mode) {
-    const std::string word = sim::ModeSetting::Lower(mode);
+    const std::string word = model::ModeSetting::Lower(mode);
     if (word == "none") {
         return "Disabled";
     }
@@ -33,10 +33,9 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::GetController(int control
                                                                      bool with_volumes,
                                                                      std::string& message) {
     return access_.Read("Encryption", "getController", controller, message,
-                        [&](const std::shared_ptr<sim::MachineStore>& store, const StorageTree&,
-                            std::string& text) {
-                            sim::SimEncryptionDriver driver(store);
-                            return driver.GetController(controller, record, with_volumes, text);
+                        [&](const model::Controller& c, const StorageTree&, std::string& text) {
+                            return model::ControllerReader::KeyManagement(c, record, with_volumes,
+                                                                          text);
                         });
 }
 
@@ -44,7 +43,7 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int control
                                                                      const std::string& mode,
                                                                      std::string& message) {
     return access_.Write(controller, message,
-                         [&mode](const ControllerLinks& links, const sim::Controller& model,
+                         [&mode](const ControllerLinks& links, const model::Controller& model,
                                  RedfishClient& client, std::string& text) {
                              json body = {{"Oem", {{"Raidcfg", {{"EkmMode", mode}}}}}};
                              const std::string standard = EncryptionMode(mode);
@@ -58,8 +57,8 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int control
                              std::string current = model.ekm_mode.value_or("");
                              std::string ignored;
                              if (code == RAID_OK && model.ekm_mode &&
-                                 sim::ModeSetting::Change(current, model.ekm_modes, mode,
-                                                          ignored) == RAID_OK_UNCHANGED) {
+                                 model::ModeSetting::Change(current, model.ekm_modes, mode,
+                                                            ignored) == RAID_OK_UNCHANGED) {
                                  return RAID_OK_UNCHANGED;
                              }
                              return code;
@@ -71,12 +70,12 @@ RedfishEncryptionDriver::EnableEncryption(int controller, const std::vector<int>
                                           std::string& message) {
     return access_.Write(
         controller, message,
-        [&volumes](const ControllerLinks& links, const sim::Controller& model,
+        [&volumes](const ControllerLinks& links, const model::Controller& model,
                    RedfishClient& client, std::string& text) {
             if (!links.ours) {
                 // A BMC without our action: each volume's standard Encrypted property.
                 int encrypted = 0;
-                for (const sim::Volume& volume : model.volumes) {
+                for (const model::Volume& volume : model.volumes) {
                     const bool named = volumes.empty() || std::find(volumes.begin(), volumes.end(),
                                                                     volume.id) != volumes.end();
                     if (!named || volume.encrypted) {

@@ -1,9 +1,9 @@
 #include "redfish/redfish_fw_dev_order_driver.hpp"
 
 #include "backend/fw_dev_order_controller.hpp"
+#include "model/controller_reader.hpp"
+#include "model/mode_setting.hpp"
 #include "redfish/redfish_connection.hpp"
-#include "sim/mode_setting.hpp"
-#include "sim/sim_fw_dev_order_driver.hpp"
 
 namespace redfish {
 
@@ -17,10 +17,8 @@ RedfishFwDevOrderDriver::Code RedfishFwDevOrderDriver::GetController(int control
                                                                      FWDevOrderController& record,
                                                                      std::string& message) {
     return access_.Read("FirmwareDeviceOrder", "GetController", controller, message,
-                        [&](const std::shared_ptr<sim::MachineStore>& store, const StorageTree&,
-                            std::string& text) {
-                            sim::SimFwDevOrderDriver driver(store);
-                            return driver.GetController(controller, record, text);
+                        [&](const model::Controller& c, const StorageTree&, std::string& text) {
+                            return model::ControllerReader::FirmwareOrder(c, record, text);
                         });
 }
 
@@ -29,7 +27,7 @@ RedfishFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller, const std::stri
                                                  std::string& message) {
     return access_.Write(
         controller, message,
-        [&mode](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+        [&mode](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
                 std::string& text) {
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
             const Code code =
@@ -38,7 +36,7 @@ RedfishFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller, const std::stri
             std::string current = model.fw_device_order.value_or("");
             std::string ignored;
             if (code == RAID_OK && model.fw_device_order &&
-                sim::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
+                model::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
                     RAID_OK_UNCHANGED) {
                 return RAID_OK_UNCHANGED;
             }

@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "collaborators/log.hpp"
+#include "model/family_names.hpp"
 #include "redfish/redfish_connection.hpp"
 #include "redfish/redfish_encryption_driver.hpp"
 #include "redfish/redfish_fw_dev_order_driver.hpp"
 #include "redfish/redfish_raid_driver.hpp"
 #include "redfish/redfish_support_driver.hpp"
 #include "result/result_values.hpp"
-#include "sim/sim_platform.hpp"
 
 namespace redfish {
 
@@ -203,7 +203,7 @@ RedfishPlatform::MakeRaidDriver(RaidTarget::Type family,
     if (redfish == nullptr || !IsOutOfBandFamily(family)) {
         return std::make_shared<Quillon::RaidConfig::RaidDriver>();
     }
-    return std::make_shared<RedfishRaidDriver>(*redfish, sim::SimPlatform::FamilyName(family));
+    return std::make_shared<RedfishRaidDriver>(*redfish, model::FamilyNames::Of(family));
 }
 
 std::shared_ptr<Quillon::RaidConfig::EncryptionDriver>

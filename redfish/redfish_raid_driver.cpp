@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "backend/records.hpp"
+#include "model/controller_reader.hpp"
+#include "model/mode_setting.hpp"
 #include "redfish/redfish_connection.hpp"
 #include "redfish/redfish_words.hpp"
-#include "sim/mode_setting.hpp"
-#include "sim/sim_raid_driver.hpp"
 
 namespace redfish {
 
@@ -17,6 +17,14 @@ using namespace Quillon::RaidConfig;
 using nlohmann::json;
 
 namespace {
+
+// Empties what a read fills, so that a failed read leaves nothing of an earlier answer.
+template <typename Out> void Clear(std::vector<Out>& out) {
+    out.clear();
+}
+void Clear(M2VolumeInfo& out) {
+    out = M2VolumeInfo();
+}
 
 json Reference(const std::string& path) {
     return json{{"@odata.id", path}};
@@ -48,7 +56,7 @@ bool SplitNumber(const std::string& text, long long& number, std::string& unit) 
     if (problem != std::errc() || stop == text.data() || number < 0 || number > 99999999) {
         return false;
     }
-    unit = sim::ModeSetting::Lower(std::string(stop, end));
+    unit = model::ModeSetting::Lower(std::string(stop, end));
     return true;
 }
 
@@ -91,7 +99,7 @@ long long SizeBytes(const std::string& text) {
 // The standard RAIDType of a level as a request names it ("5", "raid5", "1T", "10triple"); empty
 // for a level the standard has no name for.
 std::string StandardType(const std::string& level) {
-    std::string word = sim::ModeSetting::Lower(level);
+    std::string word = model::ModeSetting::Lower(level);
     if (word.rfind("raid", 0) == 0) {
         word = word.substr(4);
     }
@@ -176,28 +184,25 @@ RedfishRaidDriver::RedfishRaidDriver(const RedfishConnection& connection, std::s
 template <typename Reader>
 RedfishRaidDriver::Code RedfishRaidDriver::Read(const std::string& op, int controller,
                                                 std::string& error_text, Reader reader) {
-    const std::string& family = access_.family();
-    return access_.Read("Raid", op, controller, error_text,
-                        [&](const std::shared_ptr<sim::MachineStore>& store,
-                            const StorageTree& tree, std::string& text) {
-                            sim::SimRaidDriver driver(store, family);
-                            return reader(driver, tree, text);
-                        });
+    return access_.Read("Raid", op, controller, error_text, reader);
 }
 
 void RedfishRaidDriver::GetControllerIds(std::vector<int>& ids) {
     ids = access_.ControllerIds();
 }
 
-// ---- reads: the simulated driver's own, over the tree ----
+// ---- reads: the shared model's, over the tree ----
+
+using model::ControllerReader;
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetCanMakeGoodDiskIds(int controller,
                                                                  std::vector<int>& disks,
                                                                  std::string& error_text) {
     disks.clear();
     return Read("GetCanMakeGoodDiskIds", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetCanMakeGoodDiskIds(controller, disks, text);
+                [&](const model::Controller& c, const StorageTree&, std::string&) {
+                    disks = ControllerReader::CanMakeGood(c);
+                    return RAID_OK;
                 });
 }
 
@@ -206,8 +211,9 @@ RedfishRaidDriver::Code RedfishRaidDriver::GetCanMakeJbodDiskIds(int controller,
                                                                  std::string& error_text) {
     disks.clear();
     return Read("GetCanMakeJbodDiskIds", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetCanMakeJbodDiskIds(controller, disks, text);
+                [&](const model::Controller& c, const StorageTree&, std::string&) {
+                    disks = ControllerReader::CanMakeJbod(c);
+                    return RAID_OK;
                 });
 }
 
@@ -215,16 +221,17 @@ RedfishRaidDriver::Code RedfishRaidDriver::GetAllVolumes(int controller, std::ve
                                                          std::string& error_text) {
     volumes.clear();
     return Read("GetAllVolumes", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetAllVolumes(controller, volumes, text);
+                [&](const model::Controller& c, const StorageTree&, std::string&) {
+                    volumes = ControllerReader::VolumeIds(c);
+                    return RAID_OK;
                 });
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller, Controller& record,
                                                          std::string& error_text) {
     return Read("GetController", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree& tree, std::string& text) {
-                    const Code code = driver.GetController(controller, record, text);
+                [&](const model::Controller& c, const StorageTree& tree, std::string&) {
+                    const Code code = ControllerReader::Show(c, record);
                     // The controller's address is where the BMC really keeps it.
                     const ControllerLinks* links = tree.LinksOf(access_.family(), controller);
                     if (code == RAID_OK && links != nullptr && !links->storage.empty()) {
@@ -234,29 +241,39 @@ RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller, Control
                 });
 }
 
+template <typename Record>
+RedfishRaidDriver::Code RedfishRaidDriver::Show(int controller, Record& record,
+                                                std::string& error_text) {
+    return Read("GetController", controller, error_text,
+                [&](const model::Controller& c, const StorageTree&, std::string&) {
+                    return ControllerReader::Show(c, record);
+                });
+}
+
 RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller, M2CtrlInfo& record,
                                                          std::string& error_text) {
-    return Read("GetController", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetController(controller, record, text);
-                });
+    return Show(controller, record, error_text);
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller,
                                                          Quillon::protocol::MicrochipCtrl& record,
                                                          std::string& error_text) {
-    return Read("GetController", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetController(controller, record, text);
-                });
+    return Show(controller, record, error_text);
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetController(int controller,
                                                          Quillon::protocol::VolManDevCtrl& record,
                                                          std::string& error_text) {
-    return Read("GetController", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetController(controller, record, text);
+    return Show(controller, record, error_text);
+}
+
+template <typename... Out>
+RedfishRaidDriver::Code RedfishRaidDriver::Config(int controller, std::string& error_text,
+                                                  Out&... out) {
+    (Clear(out), ...);
+    return Read("GetConfig", controller, error_text,
+                [&](const model::Controller& c, const StorageTree&, std::string& text) {
+                    return ControllerReader::Config(c, text, out...);
                 });
 }
 
@@ -264,54 +281,44 @@ RedfishRaidDriver::Code RedfishRaidDriver::GetConfig(int controller,
                                                      std::vector<VolumeObject>& volumes,
                                                      std::vector<int>& hot_spares,
                                                      std::string& error_text) {
-    return Read("GetConfig", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetConfig(controller, volumes, hot_spares, text);
-                });
+    return Config(controller, error_text, volumes, hot_spares);
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetConfig(int controller, M2VolumeInfo& volume,
                                                      std::string& error_text) {
-    return Read("GetConfig", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetConfig(controller, volume, text);
-                });
+    return Config(controller, error_text, volume);
 }
 
 RedfishRaidDriver::Code
 RedfishRaidDriver::GetConfig(int controller,
                              std::vector<Quillon::protocol::OobMicroConfig>& volumes,
                              std::string& error_text) {
-    return Read("GetConfig", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetConfig(controller, volumes, text);
-                });
+    return Config(controller, error_text, volumes);
 }
 
 RedfishRaidDriver::Code
 RedfishRaidDriver::GetConfig(int controller,
                              std::vector<Quillon::protocol::VolManDevConfig>& volumes,
                              std::vector<int>& hot_spares, std::string& error_text) {
-    return Read("GetConfig", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetConfig(controller, volumes, hot_spares, text);
-                });
+    return Config(controller, error_text, volumes, hot_spares);
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetFirmwareDeviceOrderCtrl(
     int controller, Quillon::protocol::FWDevOrderCtrl& record, std::string& error_text) {
     return Read("GetFirmwareDeviceOrderCtrl", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetFirmwareDeviceOrderCtrl(controller, record, text);
+                [&](const model::Controller& c, const StorageTree&, std::string& text) {
+                    return ControllerReader::FirmwareOrder(c, record, text);
                 });
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::GetSupportedRaidLevels(int controller,
                                                                   std::vector<std::string>& levels,
                                                                   std::string& error_text) {
+    levels.clear();
     return Read("GetSupportedRaidLevels", controller, error_text,
-                [&](sim::SimRaidDriver& driver, const StorageTree&, std::string& text) {
-                    return driver.GetSupportedRaidLevels(controller, levels, text);
+                [&](const model::Controller& c, const StorageTree&, std::string&) {
+                    levels = c.raid_levels;
+                    return RAID_OK;
                 });
 }
 
@@ -320,7 +327,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::GetSupportedRaidLevels(int controller
 RedfishRaidDriver::Code RedfishRaidDriver::ClearConfig(int controller, std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+        [](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
            std::string& text) {
             if (links.reset_to_defaults) {
                 return BmcAccess::Outcome(
@@ -338,7 +345,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::ClearConfig(int controller, std::stri
                     return code;
                 }
             }
-            for (const sim::Disk& disk : model.disks) {
+            for (const model::Disk& disk : model.disks) {
                 if (disk.state != "GHS" && disk.state != "DHS") {
                     continue;
                 }
@@ -357,7 +364,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::ClearConfig(int controller, std::stri
 RedfishRaidDriver::Code RedfishRaidDriver::RemoveVolume(int controller, int volume,
                                                         std::string& error_text) {
     return access_.Write(controller, error_text,
-                         [volume](const ControllerLinks& links, const sim::Controller&,
+                         [volume](const ControllerLinks& links, const model::Controller&,
                                   RedfishClient& client, std::string& text) {
                              return BmcAccess::Outcome(
                                  client.Delete(BmcAccess::VolumePath(links, volume)), text);
@@ -367,7 +374,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::RemoveVolume(int controller, int volu
 RedfishRaidDriver::Code RedfishRaidDriver::MakeGood(int controller, int disk,
                                                     std::string& error_text) {
     return access_.Write(controller, error_text,
-                         [disk](const ControllerLinks& links, const sim::Controller&,
+                         [disk](const ControllerLinks& links, const model::Controller&,
                                 RedfishClient& client, std::string& text) {
                              // A JBOD disk is good again when its pass-through volume goes; any
                              // other disk is handed to the BMC's make-good action, which refuses
@@ -397,7 +404,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::MakeJbod(int controller, int disk,
                                                     std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+        [disk](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
                std::string& text) {
             if (!links.ours && !links.raid_types.empty() &&
                 std::find(links.raid_types.begin(), links.raid_types.end(), "None") ==
@@ -421,7 +428,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::AddGlobalHotSpare(int controller,
                                                              std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [&disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+        [&disk](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
                 std::string& text) {
             return BmcAccess::Outcome(
                 client.Patch(BmcAccess::DrivePath(links, disk), json{{"HotspareType", "Global"}}),
@@ -435,12 +442,12 @@ RedfishRaidDriver::AddDedicatedHotSpare(int controller, const std::string& disk,
                                         std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [&](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+        [&](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
             std::string& text) {
             // The disk groups are volume ids; the standard link names the volumes we know.
             json volumes = json::array();
             for (const std::string& group : disk_groups) {
-                for (const sim::Volume& volume : model.volumes) {
+                for (const model::Volume& volume : model.volumes) {
                     if (std::to_string(volume.id) == group) {
                         volumes.push_back(Reference(BmcAccess::VolumePath(links, volume.id)));
                     }
@@ -458,7 +465,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::RemoveHotSpare(int controller, const 
                                                           std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [&disk](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+        [&disk](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
                 std::string& text) {
             return BmcAccess::Outcome(
                 client.Patch(BmcAccess::DrivePath(links, disk), json{{"HotspareType", "None"}}),
@@ -470,7 +477,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::FastInit(int controller, int volume,
                                                     std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [volume](const ControllerLinks& links, const sim::Controller&, RedfishClient& client,
+        [volume](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
                  std::string& text) {
             if (!links.ours && links.volume_paths.count(volume) != 0 &&
                 links.can_initialize.count(volume) == 0) {
@@ -489,7 +496,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::RaidChangeConnectorMode(int controlle
                                                                    const std::string& mode,
                                                                    std::string& error_text) {
     return access_.Write(controller, error_text,
-                         [&](const ControllerLinks& links, const sim::Controller&,
+                         [&](const ControllerLinks& links, const model::Controller&,
                              RedfishClient& client, std::string& text) {
                              if (!links.ours) {
                                  text = NotOffered("a change of connector mode");
@@ -511,7 +518,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int contro
                                                                       std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [&mode](const ControllerLinks& links, const sim::Controller& model, RedfishClient& client,
+        [&mode](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
                 std::string& text) {
             if (!links.ours) {
                 text = NotOffered("a firmware device order");
@@ -524,7 +531,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int contro
             std::string current = model.fw_device_order.value_or("");
             std::string ignored;
             if (code == RAID_OK && model.fw_device_order &&
-                sim::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
+                model::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
                     RAID_OK_UNCHANGED) {
                 return RAID_OK_UNCHANGED;
             }
@@ -538,7 +545,7 @@ RedfishRaidDriver::Code
 RedfishRaidDriver::Create(int controller, const std::function<json(const ControllerLinks&)>& body,
                           std::string& error_text) {
     return access_.Write(controller, error_text,
-                         [&body](const ControllerLinks& links, const sim::Controller& model,
+                         [&body](const ControllerLinks& links, const model::Controller& model,
                                  RedfishClient& client, std::string& text) {
                              json request = body(links);
                              if (!links.ours) {
@@ -555,8 +562,8 @@ RedfishRaidDriver::Create(int controller, const std::function<json(const Control
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& links,
-                                                       const sim::Controller& model, json& request,
-                                                       std::string& error_text) {
+                                                       const model::Controller& model,
+                                                       json& request, std::string& error_text) {
     const json oem = request.contains("Oem") ? request["Oem"]["Raidcfg"] : json::object();
     request.erase("Oem");
     const std::string type = request.value("RAIDType", std::string());
@@ -584,8 +591,8 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
             }
         }
     }
-    const auto state_of = [&model](int id) -> const sim::Disk* {
-        for (const sim::Disk& disk : model.disks) {
+    const auto state_of = [&model](int id) -> const model::Disk* {
+        for (const model::Disk& disk : model.disks) {
             if (disk.id == id) {
                 return &disk;
             }
@@ -596,7 +603,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
     std::vector<int> sorted = members;
     std::sort(sorted.begin(), sorted.end());
     bool same_group = false;
-    for (const sim::Volume& volume : model.volumes) {
+    for (const model::Volume& volume : model.volumes) {
         std::vector<int> disks;
         for (const auto& span : volume.spans) {
             disks.insert(disks.end(), span.begin(), span.end());
@@ -605,7 +612,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
         same_group = same_group || (!disks.empty() && disks == sorted);
     }
     for (int id : members) {
-        const sim::Disk* disk = state_of(id);
+        const model::Disk* disk = state_of(id);
         if (disk == nullptr) {
             error_text = "disk " + std::to_string(id) + " does not exist";
             return RAID_DISK_NOT_FOUND;
@@ -616,7 +623,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
         }
     }
     for (const auto& spare : oem.value("HotSpares", json::array())) {
-        const sim::Disk* disk = spare.is_number_integer() ? state_of(spare.get<int>()) : nullptr;
+        const model::Disk* disk = spare.is_number_integer() ? state_of(spare.get<int>()) : nullptr;
         if (disk == nullptr) {
             error_text = "hot spare disk " + spare.dump() + " does not exist";
             return RAID_DISK_NOT_FOUND;
@@ -629,7 +636,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
     if (oem.value("RestDisks", false)) {
         // "REST": every free disk of the controller.
         json drives = json::array();
-        for (const sim::Disk& disk : model.disks) {
+        for (const model::Disk& disk : model.disks) {
             if (disk.state == "UGood") {
                 drives.push_back(Reference(BmcAccess::DrivePath(links, std::to_string(disk.id))));
             }
@@ -640,7 +647,7 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
         // (two mirror each other; a stripe takes every free one).
         json drives = json::array();
         const std::size_t wanted = type == "RAID1" ? 2 : std::numeric_limits<std::size_t>::max();
-        for (const sim::Disk& disk : model.disks) {
+        for (const model::Disk& disk : model.disks) {
             if (disk.state == "UGood" && drives.size() < wanted) {
                 drives.push_back(Reference(BmcAccess::DrivePath(links, std::to_string(disk.id))));
             }

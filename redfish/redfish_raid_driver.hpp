@@ -90,16 +90,18 @@ public:
                                      const Quillon::protocol::VolManDevConfig& request);
 
 private:
-    // A read of the simulated driver's, over the tree.
+    // A read of the shared model's, over the tree.
     template <typename Reader>
     Code Read(const std::string& op, int controller, std::string& error_text, Reader reader);
+    template <typename Record> Code Show(int controller, Record& record, std::string& error_text);
+    template <typename... Out> Code Config(int controller, std::string& error_text, Out&... out);
     Code Create(int controller, const std::function<nlohmann::json(const ControllerLinks&)>& body,
                 std::string& error_text);
     // Judges a create for a BMC without our Oem section, as the simulated machine would: the
     // level among the controller's SupportedRAIDTypes, member and spare disks present and
     // "UGood". Takes out what that BMC must not get (our Oem section, cache policies its
     // volumes do not show) and, for an M.2 request, names the drives.
-    static Code CheckCreate(const ControllerLinks& links, const sim::Controller& model,
+    static Code CheckCreate(const ControllerLinks& links, const model::Controller& model,
                             nlohmann::json& request, std::string& error_text);
     static std::string NotOffered(const std::string& function);
 

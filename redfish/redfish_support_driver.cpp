@@ -1,7 +1,8 @@
 #include "redfish/redfish_support_driver.hpp"
 
+#include "model/controller_reader.hpp"
+#include "model/family_names.hpp"
 #include "redfish/redfish_connection.hpp"
-#include "sim/sim_redfish_helper_driver.hpp"
 
 namespace redfish {
 
@@ -12,14 +13,16 @@ void RedfishSupportDriver::GetSupportInfo(int controller, const std::string& fam
                                           std::string& max_stripe_size,
                                           std::string& min_stripe_size,
                                           std::vector<std::string>& raid_levels,
-                                          const std::string& url) {
-    std::shared_ptr<sim::MachineStore> store;
+                                          const std::string& /*url*/) {
     std::shared_ptr<const StorageTree> tree;
-    if (!reader_->Store(store, tree).ok()) {
+    if (!reader_->Load(tree).ok() || !tree->machine.bmc.support_info) {
         return;
     }
-    sim::SimRedfishHelperDriver driver(store);
-    driver.GetSupportInfo(controller, family, max_stripe_size, min_stripe_size, raid_levels, url);
+    const model::Controller* found =
+        tree->Find(model::FamilyNames::OfSupportWord(family), controller);
+    if (found != nullptr) {
+        model::ControllerReader::SupportInfo(*found, max_stripe_size, min_stripe_size, raid_levels);
+    }
 }
 
 } // namespace redfish

@@ -147,11 +147,11 @@ std::string SlotOf(const json& drive) {
     return slot;
 }
 
-// Whole MiB of a byte count, or sim::kNotReported when the BMC sent none (missing or null).
+// Whole MiB of a byte count, or model::kNotReported when the BMC sent none (missing or null).
 long long Megabytes(const json& resource, const char* key) {
     const json& value = Member(resource, key);
     if (!value.is_number()) {
-        return sim::kNotReported;
+        return model::kNotReported;
     }
     return std::max(0LL, W::Number(resource, key, 0)) / kMebibyte;
 }
@@ -168,10 +168,10 @@ std::vector<std::string> DriveLinksOf(const json& volume) {
     return paths;
 }
 
-sim::Disk DiskFrom(const json& drive, int position,
-                   const std::map<std::string, std::string>& linked) {
+model::Disk DiskFrom(const json& drive, int position,
+                     const std::map<std::string, std::string>& linked) {
     const json& oem = W::Oem(drive);
-    sim::Disk disk;
+    model::Disk disk;
     // Ours, else the drive's place in the Storage's Drives array: a BMC's drive Ids are often
     // serial numbers or bay names, and a disk keeps its number from run to run.
     disk.id = Has(oem, "Id") && oem["Id"].is_number_integer() ? oem["Id"].get<int>() : position;
@@ -225,7 +225,7 @@ std::string LevelOf(const json& volume) {
 
 int WritePolicyOf(const std::string& word, bool counts_from_one) {
     if (word.empty()) {
-        return sim::kNotReported;
+        return model::kNotReported;
     }
     const int base = counts_from_one ? 1 : 0;
     if (word == "WriteThrough") {
@@ -237,12 +237,12 @@ int WritePolicyOf(const std::string& word, bool counts_from_one) {
     if (word == "UnprotectedWriteBack") {
         return base + 2;
     }
-    return sim::kNotReported;
+    return model::kNotReported;
 }
 
 int ReadPolicyOf(const std::string& word) {
     if (word.empty()) {
-        return sim::kNotReported;
+        return model::kNotReported;
     }
     if (word == "Off") {
         return 0;
@@ -253,7 +253,7 @@ int ReadPolicyOf(const std::string& word) {
     if (word == "AdaptiveReadAhead") {
         return 2;
     }
-    return sim::kNotReported;
+    return model::kNotReported;
 }
 
 // The volume's state from its Status; empty when the BMC reports no health.
@@ -271,10 +271,10 @@ std::string StatusOf(const json& volume) {
     return {};
 }
 
-sim::Volume VolumeFrom(const json& resource, int position, const std::string& family,
-                       const std::map<std::string, int>& disk_of) {
+model::Volume VolumeFrom(const json& resource, int position, const std::string& family,
+                         const std::map<std::string, int>& disk_of) {
     const json& oem = W::Oem(resource);
-    sim::Volume volume;
+    model::Volume volume;
     volume.id = ResourceId(resource, position);
     volume.name =
         Has(resource, "DisplayName") ? W::Text(resource, "DisplayName") : W::Text(resource, "Name");
@@ -304,10 +304,10 @@ sim::Volume VolumeFrom(const json& resource, int position, const std::string& fa
     volume.read_policy = static_cast<int>(
         W::Number(oem, "ReadPolicy", ReadPolicyOf(W::Text(resource, "ReadCachePolicy"))));
     // Standard Redfish has no I/O, access or disk cache policy of a volume: not reported.
-    volume.io_policy = static_cast<int>(W::Number(oem, "IOPolicy", sim::kNotReported));
-    volume.access_policy = static_cast<int>(W::Number(oem, "AccessPolicy", sim::kNotReported));
-    volume.cache_policy = static_cast<int>(W::Number(oem, "DiskCachePolicy", sim::kNotReported));
-    volume.initialization = static_cast<int>(W::Number(oem, "Initialization", sim::kNotReported));
+    volume.io_policy = static_cast<int>(W::Number(oem, "IOPolicy", model::kNotReported));
+    volume.access_policy = static_cast<int>(W::Number(oem, "AccessPolicy", model::kNotReported));
+    volume.cache_policy = static_cast<int>(W::Number(oem, "DiskCachePolicy", model::kNotReported));
+    volume.initialization = static_cast<int>(W::Number(oem, "Initialization", model::kNotReported));
     volume.encrypted = W::Flag(resource, "Encrypted", false);
     for (const json& link : MembersOf(Member(links, "DedicatedSpareDrives"))) {
         const auto found = disk_of.find(W::Link(link));
@@ -353,8 +353,8 @@ std::optional<std::string> EkmModeOf(const json& storage) {
 
 } // namespace
 
-const sim::Controller* StorageTree::Find(const std::string& family, int id) const {
-    for (const sim::Controller& controller : machine.controllers) {
+const model::Controller* StorageTree::Find(const std::string& family, int id) const {
+    for (const model::Controller& controller : machine.controllers) {
         if (controller.family == family && controller.id == id) {
             return &controller;
         }
@@ -403,7 +403,7 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
     const json& controller_oem = W::Oem(controller);
     const bool ours = !oem.empty();
 
-    sim::Controller model;
+    model::Controller model;
     const std::string manufacturer = W::Text(controller, "Manufacturer");
     const std::string standard_model = W::Text(controller, "Model");
     model.family = OemOr(oem, "Family", FamilyOf(manufacturer, standard_model));
@@ -431,7 +431,7 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
     model.min_stripe_kb = static_cast<int>(W::Number(controller_oem, "MinStripeSizeKiB", 0));
     model.max_stripe_kb = static_cast<int>(W::Number(controller_oem, "MaxStripeSizeKiB", 0));
     for (const json& connector : MembersOf(Member(controller_oem, "Connectors"))) {
-        sim::Connector made;
+        model::Connector made;
         made.id = static_cast<int>(W::Number(connector, "Id", 0));
         made.name = W::Text(connector, "Name");
         made.mode = W::Text(connector, "Mode");
@@ -507,7 +507,7 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
                            << " could not be read and is left out";
             continue;
         }
-        sim::Disk disk = DiskFrom(drive, place, linked);
+        model::Disk disk = DiskFrom(drive, place, linked);
         links.drives[disk.id] = W::Link(drive);
         disk_of[W::Link(drive)] = disk.id;
         model.disks.push_back(std::move(disk));
@@ -523,7 +523,7 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
             }
             continue;
         }
-        sim::Volume volume = VolumeFrom(resource, position++, model.family, disk_of);
+        model::Volume volume = VolumeFrom(resource, position++, model.family, disk_of);
         links.volume_paths[volume.id] = W::Link(resource);
         if (Has(Member(resource, "Actions"), "#Volume.Initialize")) {
             links.can_initialize.insert(volume.id);
@@ -533,7 +533,7 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
     if (Has(oem, "GlobalHotSpares")) {
         model.global_hot_spares = Numbers(oem["GlobalHotSpares"]);
     } else {
-        for (const sim::Disk& disk : model.disks) {
+        for (const model::Disk& disk : model.disks) {
             if (disk.state == "GHS") {
                 model.global_hot_spares.push_back(disk.id);
             }
@@ -552,11 +552,11 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
         }
     }
     for (const std::string& family : families) {
-        sim::Controller listed = model;
+        model::Controller listed = model;
         listed.family = family;
         const int position_in_family = static_cast<int>(
             std::count_if(tree.machine.controllers.begin(), tree.machine.controllers.end(),
-                          [&family](const sim::Controller& c) { return c.family == family; }));
+                          [&family](const model::Controller& c) { return c.family == family; }));
         listed.id = static_cast<int>(
             W::Number(oem, "Id", W::Number(controller_oem, "Id", position_in_family)));
         if (!ours && family == "OOB_CFC") {
@@ -772,7 +772,7 @@ RedfishStatus StorageTreeReader::Load(std::shared_ptr<const StorageTree>& tree) 
         const std::size_t before = made->machine.controllers.size();
         AddStorage(storage, *made, member.system);
         for (std::size_t i = before; i < made->machine.controllers.size(); ++i) {
-            const sim::Controller& listed = made->machine.controllers[i];
+            const model::Controller& listed = made->machine.controllers[i];
             RAIDCFG_LOG(3) << "Redfish: " << listed.family << " controller " << listed.id
                            << " is Storage " << member.path << " of system " << member.system;
         }
@@ -782,21 +782,7 @@ RedfishStatus StorageTreeReader::Load(std::shared_ptr<const StorageTree>& tree) 
         made->machine.bmc.support_info = manager.support_info;
     }
     tree_ = made;
-    store_.reset();
     tree = tree_;
-    return status;
-}
-
-RedfishStatus StorageTreeReader::Store(std::shared_ptr<sim::MachineStore>& store,
-                                       std::shared_ptr<const StorageTree>& tree) {
-    RedfishStatus status = Load(tree);
-    if (!status.ok()) {
-        return status;
-    }
-    if (!store_) {
-        store_ = std::make_shared<sim::MachineStore>(tree->machine);
-    }
-    store = store_;
     return status;
 }
 
@@ -811,7 +797,6 @@ RedfishStatus StorageTreeReader::Remember(const RedfishStatus& status) {
 void StorageTreeReader::Drop() {
     storages_.clear();
     tree_.reset();
-    store_.reset();
 }
 
 void StorageTreeReader::Drop(const std::string& storage) {
@@ -820,7 +805,6 @@ void StorageTreeReader::Drop(const std::string& storage) {
         return;
     }
     tree_.reset();
-    store_.reset();
 }
 
 } // namespace redfish

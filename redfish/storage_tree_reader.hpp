@@ -10,9 +10,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "model/machine.hpp"
 #include "redfish/redfish_client.hpp"
-#include "sim/machine.hpp"
-#include "sim/machine_store.hpp"
 
 namespace redfish {
 
@@ -57,13 +56,13 @@ struct ControllerLinks {
     std::vector<std::pair<std::string, std::optional<std::string>>> pending_faults;
 };
 
-// The BMC's storage tree in the simulated machine's neutral model: every out-of-band controller
+// The BMC's storage tree in the controller model both roads share: every out-of-band controller
 // with its disks and volumes, sorted into its family, plus where each one lives on the BMC.
 struct StorageTree {
-    sim::Machine machine;
+    model::Machine machine;
     std::map<std::pair<std::string, int>, ControllerLinks> links; // (family, id) -> links
 
-    const sim::Controller* Find(const std::string& family, int id) const;
+    const model::Controller* Find(const std::string& family, int id) const;
     const ControllerLinks* LinksOf(const std::string& family, int id) const;
 };
 
@@ -83,10 +82,6 @@ public:
 
     // The tree, read once and kept until Drop; after Drop of one Storage only that one is read.
     RedfishStatus Load(std::shared_ptr<const StorageTree>& tree);
-    // The tree as an in-memory machine store, so that the simulated machine's read operations
-    // answer over it exactly as they answer over a machine file.
-    RedfishStatus Store(std::shared_ptr<sim::MachineStore>& store,
-                        std::shared_ptr<const StorageTree>& tree);
     // The Manager's information; a BMC without our Oem section gives the defaults.
     RedfishStatus Manager(ManagerInfo& info);
     // The failure that stopped the last Load, ok when there was none.
@@ -128,7 +123,6 @@ private:
     std::string manager_path_;                       // the Manager the first system names
     std::map<std::string, nlohmann::json> storages_; // each Storage as read, expanded
     std::shared_ptr<const StorageTree> tree_;
-    std::shared_ptr<sim::MachineStore> store_;
     std::optional<ManagerInfo> manager_;
 };
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "backend/ekm_controller.hpp"
-#include "sim/mode_setting.hpp"
-#include "sim/record_renderer.hpp"
+#include "model/controller_reader.hpp"
+#include "model/mode_setting.hpp"
 
 namespace sim {
 
@@ -14,8 +14,7 @@ using namespace Quillon::RaidConfig;
 namespace {
 
 RaidErrorCode NoKeyManagement(std::string& message) {
-    message = "the controller has no key management";
-    return RAID_DEVICE_UNSUPPORTED;
+    return model::ControllerReader::NoKeyManagement(message);
 }
 
 } // namespace
@@ -28,12 +27,8 @@ SimEncryptionDriver::Code SimEncryptionDriver::GetController(int controller, EKM
                                                              std::string& message) {
     return access_.Act("getController", controller, std::nullopt, false, message,
                        [&](Controller& c, std::string& error) {
-                           if (!c.ekm_mode) {
-                               return NoKeyManagement(error);
-                           }
-                           record = EKMController();
-                           RecordRenderer::Render(c, record, with_volumes);
-                           return RAID_OK;
+                           return model::ControllerReader::KeyManagement(c, record, with_volumes,
+                                                                         error);
                        });
 }
 
@@ -44,7 +39,7 @@ SimEncryptionDriver::ChangeEKMMode(int controller, const std::string& mode, std:
                            if (!c.ekm_mode) {
                                return NoKeyManagement(error);
                            }
-                           return ModeSetting::Change(*c.ekm_mode, c.ekm_modes, mode, error);
+                           return model::ModeSetting::Change(*c.ekm_mode, c.ekm_modes, mode, error);
                        });
 }
 
@@ -62,7 +57,7 @@ SimEncryptionDriver::Code SimEncryptionDriver::EnableEncryption(int controller,
                         if (!c.ekm_mode) {
                             return NoKeyManagement(error);
                         }
-                        if (ModeSetting::Lower(*c.ekm_mode) == "none") {
+                        if (model::ModeSetting::Lower(*c.ekm_mode) == "none") {
                             error = "key management is off: turn it to local or external first";
                             return RAID_OPERATION_FAILED;
                         }

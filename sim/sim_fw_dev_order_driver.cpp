@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "backend/fw_dev_order_controller.hpp"
-#include "sim/mode_setting.hpp"
-#include "sim/record_renderer.hpp"
+#include "model/controller_reader.hpp"
+#include "model/mode_setting.hpp"
 
 namespace sim {
 
@@ -14,8 +14,7 @@ using namespace Quillon::RaidConfig;
 namespace {
 
 RaidErrorCode NoOrder(std::string& message) {
-    message = "the controller has no firmware device order";
-    return RAID_DEVICE_UNSUPPORTED;
+    return model::ControllerReader::NoFirmwareOrder(message);
 }
 
 } // namespace
@@ -28,12 +27,7 @@ SimFwDevOrderDriver::Code SimFwDevOrderDriver::GetController(int controller,
                                                              std::string& message) {
     return access_.Act("GetController", controller, std::nullopt, false, message,
                        [&record](Controller& c, std::string& error) {
-                           if (!c.fw_device_order) {
-                               return NoOrder(error);
-                           }
-                           record = FWDevOrderController();
-                           RecordRenderer::Render(c, record);
-                           return RAID_OK;
+                           return model::ControllerReader::FirmwareOrder(c, record, error);
                        });
 }
 
@@ -45,8 +39,8 @@ SimFwDevOrderDriver::Code SimFwDevOrderDriver::TurnFirmwareDeviceOrder(int contr
                            if (!c.fw_device_order) {
                                return NoOrder(error);
                            }
-                           return ModeSetting::Change(*c.fw_device_order, c.fw_device_order_modes,
-                                                      mode, error);
+                           return model::ModeSetting::Change(*c.fw_device_order,
+                                                             c.fw_device_order_modes, mode, error);
                        });
 }
 

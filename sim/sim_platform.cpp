@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "model/family_names.hpp"
 #include "result/result_values.hpp"
 #include "sim/sim_connection.hpp"
 #include "sim/sim_encryption_driver.hpp"
@@ -16,29 +17,7 @@ using Quillon::RaidConfig::RaidTarget;
 SimPlatform::SimPlatform(std::shared_ptr<MachineStore> store) : store_(std::move(store)) {}
 
 std::string SimPlatform::FamilyName(RaidTarget::Type family) {
-    switch (family) {
-    case RaidTarget::LSI:
-        return "LSI";
-    case RaidTarget::MICROCHIP:
-        return "MICROCHIP";
-    case RaidTarget::M2:
-        return "M2";
-    case RaidTarget::VROC_WIN:
-        return "VROC_WIN";
-    case RaidTarget::OOB_LSI:
-        return "OOB_LSI";
-    case RaidTarget::OOB_CFC:
-        return "OOB_CFC";
-    case RaidTarget::OOB_M2:
-        return "OOB_M2";
-    case RaidTarget::OOB_MICROCHIP:
-        return "OOB_MICROCHIP";
-    case RaidTarget::OOB_VROC:
-        return "OOB_VROC";
-    case RaidTarget::INVALID:
-        break;
-    }
-    return {};
+    return model::FamilyNames::Of(family);
 }
 
 std::shared_ptr<Quillon::RaidConfig::RaidDriver>

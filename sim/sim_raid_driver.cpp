@@ -4,7 +4,8 @@
 #include <charconv>
 #include <utility>
 
-#include "sim/mode_setting.hpp"
+#include "model/controller_reader.hpp"
+#include "model/mode_setting.hpp"
 
 namespace sim {
 
@@ -115,11 +116,7 @@ SimRaidDriver::Code SimRaidDriver::GetCanMakeGoodDiskIds(int controller, std::ve
     disks.clear();
     return access_.Act("GetCanMakeGoodDiskIds", controller, std::nullopt, false, error_text,
                        [&disks](Controller& c, std::string& /*error*/) {
-                           for (const Disk& disk : c.disks) {
-                               if (disk.state == "UBad" || disk.state == "JBOD") {
-                                   disks.push_back(disk.id);
-                               }
-                           }
+                           disks = model::ControllerReader::CanMakeGood(c);
                            return RAID_OK;
                        });
 }
@@ -129,11 +126,7 @@ SimRaidDriver::Code SimRaidDriver::GetCanMakeJbodDiskIds(int controller, std::ve
     disks.clear();
     return access_.Act("GetCanMakeJbodDiskIds", controller, std::nullopt, false, error_text,
                        [&disks](Controller& c, std::string& /*error*/) {
-                           for (const Disk& disk : c.disks) {
-                               if (disk.state == "UGood") {
-                                   disks.push_back(disk.id);
-                               }
-                           }
+                           disks = model::ControllerReader::CanMakeJbod(c);
                            return RAID_OK;
                        });
 }
@@ -293,9 +286,7 @@ SimRaidDriver::Code SimRaidDriver::GetAllVolumes(int controller, std::vector<int
     volumes.clear();
     return access_.Act("GetAllVolumes", controller, std::nullopt, false, error_text,
                        [&volumes](Controller& c, std::string& /*error*/) {
-                           for (const Volume& volume : c.volumes) {
-                               volumes.push_back(volume.id);
-                           }
+                           volumes = model::ControllerReader::VolumeIds(c);
                            return RAID_OK;
                        });
 }
@@ -304,25 +295,25 @@ SimRaidDriver::Code SimRaidDriver::RaidChangeConnectorMode(int controller,
                                                            const std::string& connector,
                                                            const std::string& mode,
                                                            std::string& error_text) {
-    return access_.Act("RaidChangeConnectorMode", controller, connector, true, error_text,
-                       [&connector, &mode](Controller& c, std::string& error) {
-                           if (c.connectors.empty()) {
-                               error = "the controller has no connectors with a mode";
-                               return RAID_DEVICE_UNSUPPORTED;
-                           }
-                           int id = 0;
-                           auto found = c.connectors.end();
-                           if (ParseId(connector, id)) {
-                               found = std::find_if(
-                                   c.connectors.begin(), c.connectors.end(),
-                                   [id](const Connector& known) { return known.id == id; });
-                           }
-                           if (found == c.connectors.end()) {
-                               error = "connector " + connector + " does not exist";
-                               return RAID_TARGET_NOT_FOUND;
-                           }
-                           return ModeSetting::Change(found->mode, c.connector_modes, mode, error);
-                       });
+    return access_.Act(
+        "RaidChangeConnectorMode", controller, connector, true, error_text,
+        [&connector, &mode](Controller& c, std::string& error) {
+            if (c.connectors.empty()) {
+                error = "the controller has no connectors with a mode";
+                return RAID_DEVICE_UNSUPPORTED;
+            }
+            int id = 0;
+            auto found = c.connectors.end();
+            if (ParseId(connector, id)) {
+                found = std::find_if(c.connectors.begin(), c.connectors.end(),
+                                     [id](const Connector& known) { return known.id == id; });
+            }
+            if (found == c.connectors.end()) {
+                error = "connector " + connector + " does not exist";
+                return RAID_TARGET_NOT_FOUND;
+            }
+            return model::ModeSetting::Change(found->mode, c.connector_modes, mode, error);
+        });
 }
 
 SimRaidDriver::Code SimRaidDriver::SetFirmwareDeviceOrderCtrl(int controller,
@@ -334,8 +325,8 @@ SimRaidDriver::Code SimRaidDriver::SetFirmwareDeviceOrderCtrl(int controller,
                                error = "the controller has no firmware device order";
                                return RAID_DEVICE_UNSUPPORTED;
                            }
-                           return ModeSetting::Change(*c.fw_device_order, c.fw_device_order_modes,
-                                                      mode, error);
+                           return model::ModeSetting::Change(*c.fw_device_order,
+                                                             c.fw_device_order_modes, mode, error);
                        });
 }
 

@@ -1,6 +1,6 @@
 // The family operations of the simulated driver: records rendered from the machine, and volume
 // requests of every family turned into one form and created.
-#include "sim/record_renderer.hpp"
+#include "model/controller_reader.hpp"
 #include "sim/sim_raid_driver.hpp"
 #include "sim/volume_creator.hpp"
 
@@ -17,22 +17,13 @@ SimRaidDriver::Code SimRaidDriver::Read(const std::string& op, int controller,
 
 namespace {
 
-// What a record reader answers: the record is filled and the call succeeds.
+using model::ControllerReader;
+
+// What a record reader answers: the record rendered from the controller.
 template <typename Record> auto Renders(Record& record) {
     return [&record](const Controller& c, std::string& /*error*/) {
-        record = Record();
-        RecordRenderer::Render(c, record);
-        return RAID_OK;
+        return ControllerReader::Show(c, record);
     };
-}
-
-// A configuration with no volume and no hot spare is nothing to save: code 10.
-RaidErrorCode Configured(const Controller& c, std::string& error) {
-    if (c.volumes.empty() && c.global_hot_spares.empty()) {
-        error = "controller " + std::to_string(c.id) + " has no volume and no hot spare";
-        return RAID_NO_CONFIG;
-    }
-    return RAID_OK;
 }
 
 } // namespace
@@ -77,11 +68,7 @@ SimRaidDriver::Code SimRaidDriver::GetConfig(int controller, std::vector<VolumeO
     volumes.clear();
     hot_spares.clear();
     return Read("GetConfig", controller, error_text, [&](const Controller& c, std::string& error) {
-        const RaidErrorCode code = Configured(c, error);
-        if (code == RAID_OK) {
-            RecordRenderer::RenderConfig(c, volumes, hot_spares);
-        }
-        return code;
+        return ControllerReader::Config(c, error, volumes, hot_spares);
     });
 }
 SimRaidDriver::Code SimRaidDriver::GetConfig(int controller,
@@ -91,23 +78,14 @@ SimRaidDriver::Code SimRaidDriver::GetConfig(int controller,
     volumes.clear();
     hot_spares.clear();
     return Read("GetConfig", controller, error_text, [&](const Controller& c, std::string& error) {
-        const RaidErrorCode code = Configured(c, error);
-        if (code == RAID_OK) {
-            RecordRenderer::RenderConfig(c, volumes, hot_spares);
-        }
-        return code;
+        return ControllerReader::Config(c, error, volumes, hot_spares);
     });
 }
 SimRaidDriver::Code SimRaidDriver::GetConfig(int controller, M2VolumeInfo& volume,
                                              std::string& error_text) {
     volume = M2VolumeInfo();
     return Read("GetConfig", controller, error_text, [&](const Controller& c, std::string& error) {
-        if (c.volumes.empty()) {
-            error = "controller " + std::to_string(c.id) + " has no volume";
-            return RAID_NO_CONFIG;
-        }
-        RecordRenderer::RenderConfig(c, volume);
-        return RAID_OK;
+        return ControllerReader::Config(c, error, volume);
     });
 }
 SimRaidDriver::Code
@@ -115,11 +93,7 @@ SimRaidDriver::GetConfig(int controller, std::vector<Quillon::protocol::OobMicro
                          std::string& error_text) {
     volumes.clear();
     return Read("GetConfig", controller, error_text, [&](const Controller& c, std::string& error) {
-        const RaidErrorCode code = Configured(c, error);
-        if (code == RAID_OK) {
-            RecordRenderer::RenderConfig(c, volumes);
-        }
-        return code;
+        return ControllerReader::Config(c, error, volumes);
     });
 }
 SimRaidDriver::Code
@@ -128,11 +102,7 @@ SimRaidDriver::GetConfig(int controller, std::vector<Quillon::protocol::VolManDe
     volumes.clear();
     hot_spares.clear();
     return Read("GetConfig", controller, error_text, [&](const Controller& c, std::string& error) {
-        const RaidErrorCode code = Configured(c, error);
-        if (code == RAID_OK) {
-            RecordRenderer::RenderConfig(c, volumes, hot_spares);
-        }
-        return code;
+        return ControllerReader::Config(c, error, volumes, hot_spares);
     });
 }
 SimRaidDriver::Code SimRaidDriver::GetConfig(int controller, std::vector<SWWinArray>& arrays,
@@ -141,11 +111,7 @@ SimRaidDriver::Code SimRaidDriver::GetConfig(int controller, std::vector<SWWinAr
     arrays.clear();
     hot_spares.clear();
     return Read("GetConfig", controller, error_text, [&](const Controller& c, std::string& error) {
-        const RaidErrorCode code = Configured(c, error);
-        if (code == RAID_OK) {
-            RecordRenderer::RenderConfig(c, arrays, hot_spares);
-        }
-        return code;
+        return ControllerReader::Config(c, error, arrays, hot_spares);
     });
 }
 
@@ -214,13 +180,7 @@ SimRaidDriver::GetFirmwareDeviceOrderCtrl(int controller, Quillon::protocol::FWD
                                           std::string& error_text) {
     return Read("GetFirmwareDeviceOrderCtrl", controller, error_text,
                 [&record](const Controller& c, std::string& error) {
-                    if (!c.fw_device_order) {
-                        error = "the controller has no firmware device order";
-                        return RAID_DEVICE_UNSUPPORTED;
-                    }
-                    record = Quillon::protocol::FWDevOrderCtrl();
-                    RecordRenderer::Render(c, record);
-                    return RAID_OK;
+                    return ControllerReader::FirmwareOrder(c, record, error);
                 });
 }
 

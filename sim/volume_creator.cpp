@@ -5,7 +5,8 @@
 #include <charconv>
 #include <set>
 
-#include "sim/mode_setting.hpp"
+#include "model/mode_setting.hpp"
+#include "model/raid_capacity.hpp"
 
 namespace sim {
 
@@ -20,12 +21,7 @@ namespace {
 constexpr int kDefaultStripKb = 256;
 
 std::string Trim(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t");
-    if (first == std::string::npos) {
-        return {};
-    }
-    const auto last = text.find_last_not_of(" \t");
-    return text.substr(first, last - first + 1);
+    return model::RaidCapacity::Trim(text);
 }
 
 // A whole number at the front of text; the rest is left in unit.
@@ -36,81 +32,11 @@ bool SplitNumber(const std::string& text, long long& number, std::string& unit) 
     if (problem != std::errc() || number < 0) {
         return false;
     }
-    unit = ModeSetting::Lower(Trim(std::string(stop, end)));
+    unit = model::ModeSetting::Lower(Trim(std::string(stop, end)));
     return true;
 }
 
-std::size_t DiskCount(const std::vector<std::vector<int>>& spans) {
-    std::size_t count = 0;
-    for (const auto& span : spans) {
-        count += span.size();
-    }
-    return count;
-}
-
-std::string Name(const std::string& level) {
-    return "RAID " + level;
-}
-
 } // namespace
-
-long long VolumeCreator::UsableMegabytes(const std::string& raw_level,
-                                         const std::vector<std::vector<int>>& spans,
-                                         long long smallest_mb, std::string& error) {
-    std::string level = ModeSetting::Lower(Trim(raw_level));
-    if (level.rfind("raid", 0) == 0) {
-        level = Trim(level.substr(4));
-    }
-    const auto n = static_cast<long long>(DiskCount(spans));
-    const auto span_count = static_cast<long long>(spans.size());
-    auto refuse = [&](const std::string& why) {
-        error = Name(raw_level) + " " + why + ", got " + std::to_string(n);
-        return -1LL;
-    };
-    if (level == "0") {
-        return n >= 1 ? n * smallest_mb : refuse("needs at least 1 disk");
-    }
-    if (level == "1") {
-        return n >= 2 && n % 2 == 0 ? n / 2 * smallest_mb : refuse("needs an even number of disks");
-    }
-    if (level == "5") {
-        return n >= 3 ? (n - 1) * smallest_mb : refuse("needs at least 3 disks");
-    }
-    if (level == "6") {
-        return n >= 4 ? (n - 2) * smallest_mb : refuse("needs at least 4 disks");
-    }
-    if (level == "10") {
-        return n >= 4 && n % 2 == 0 ? n / 2 * smallest_mb
-                                    : refuse("needs an even number of disks, at least 4");
-    }
-    if (level == "1triple") {
-        return n >= 3 && n % 3 == 0 ? n / 3 * smallest_mb : refuse("needs a multiple of 3 disks");
-    }
-    if (level == "10triple") {
-        return n >= 6 && n % 3 == 0 ? n / 3 * smallest_mb
-                                    : refuse("needs a multiple of 3 disks, at least 6");
-    }
-    if (level == "50" || level == "60") {
-        const long long parity = level == "50" ? 1 : 2;
-        const long long per_span = parity + 2;
-        if (span_count < 2) {
-            error = Name(raw_level) + " needs at least 2 spans, got " + std::to_string(span_count);
-            return -1;
-        }
-        long long usable = 0;
-        for (const auto& span : spans) {
-            if (static_cast<long long>(span.size()) < per_span) {
-                error = Name(raw_level) + " needs at least " + std::to_string(per_span) +
-                        " disks in every span, got " + std::to_string(span.size());
-                return -1;
-            }
-            usable += (static_cast<long long>(span.size()) - parity) * smallest_mb;
-        }
-        return usable;
-    }
-    error = "RAID level \"" + raw_level + "\" is not known";
-    return -1;
-}
 
 bool VolumeCreator::ParseSize(const std::string& raw, long long all_mb, long long& megabytes,
                               std::string& error) {
@@ -198,7 +124,7 @@ RaidErrorCode VolumeCreator::Create(Controller& controller, const VolumeRequest&
     spans.erase(std::remove_if(spans.begin(), spans.end(),
                                [](const std::vector<int>& span) { return span.empty(); }),
                 spans.end());
-    if (DiskCount(spans) == 0) {
+    if (model::RaidCapacity::DiskCount(spans) == 0) {
         error = "no unconfigured-good disk to build the volume from";
         return RAID_OPERATION_FAILED;
     }
@@ -240,16 +166,20 @@ RaidErrorCode VolumeCreator::Create(Controller& controller, const VolumeRequest&
     }
 
     if (!controller.raid_levels.empty()) {
-        const std::string wanted = ModeSetting::Lower(Trim(request.raid_level));
-        const bool offered = std::any_of(
-            controller.raid_levels.begin(), controller.raid_levels.end(),
-            [&wanted](const std::string& level) { return ModeSetting::Lower(level) == wanted; });
+        const std::string wanted = model::ModeSetting::Lower(Trim(request.raid_level));
+        const bool offered =
+            std::any_of(controller.raid_levels.begin(), controller.raid_levels.end(),
+                        [&wanted](const std::string& level) {
+                            return model::ModeSetting::Lower(level) == wanted;
+                        });
         if (!offered) {
-            error = "the controller does not offer " + Name(request.raid_level);
+            error =
+                "the controller does not offer " + model::RaidCapacity::Name(request.raid_level);
             return RAID_OPERATION_FAILED;
         }
     }
-    const long long usable = UsableMegabytes(request.raid_level, spans, smallest, error);
+    const long long usable =
+        model::RaidCapacity::UsableMegabytes(request.raid_level, spans, smallest, error);
     if (usable < 0) {
         return RAID_OPERATION_FAILED;
     }

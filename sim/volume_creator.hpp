@@ -17,12 +17,6 @@ public:
     static Quillon::RaidConfig::RaidErrorCode
     Create(Controller& controller, const VolumeRequest& request, std::string& error);
 
-    // Megabytes a level gives on spans of disks of the given smallest capacity; -1 with a reason
-    // when the level or the disk count does not fit.
-    static long long UsableMegabytes(const std::string& level,
-                                     const std::vector<std::vector<int>>& spans,
-                                     long long smallest_mb, std::string& error);
-
     // "102400", "512MB", "1GB", "2T" ... in megabytes; "" gives all and "N%" that share of all.
     static bool ParseSize(const std::string& text, long long all_mb, long long& megabytes,
                           std::string& error);

@@ -182,7 +182,7 @@ TEST_F(RealBmcTest, EmptyBaysAreNoDisksAndTheOtherDisksKeepTheirPlaces) {
                json{{"Id", "Disk-2"}, {"Status", {{"State", "Enabled"}}}}},
               {});
     const auto loaded = Load();
-    const sim::Controller* c = loaded->Find("OOB_LSI", 0);
+    const model::Controller* c = loaded->Find("OOB_LSI", 0);
     ASSERT_NE(c, nullptr);
     ASSERT_EQ(c->disks.size(), 2U);
     EXPECT_EQ(c->disks[0].id, 0);
@@ -203,7 +203,7 @@ TEST_F(RealBmcTest, NameAndTheDeprecatedLocationStandInForModelAndSlot) {
                       {{"Info", "Bay 9"}, {"InfoFormat", "Bay Number"}}}}}},
               {});
     const auto loaded = Load();
-    const sim::Controller* c = loaded->Find("OOB_LSI", 0);
+    const model::Controller* c = loaded->Find("OOB_LSI", 0);
     ASSERT_NE(c, nullptr);
     EXPECT_EQ(c->disks[0].product_name, "ST2000NM0055");
     EXPECT_EQ(c->disks[0].slot_no, "4");
@@ -217,24 +217,24 @@ TEST_F(RealBmcTest, NullOrMissingPropertiesAreNotReportedNotMadeUp) {
                json{{"Id", "1"}, {"CapacityBytes", 23058430092136940000.0}}},
               {json{{"Id", "1"}, {"Links", {{"Drives", {Ref(DrivePath("0"))}}}}}});
     const auto loaded = Load();
-    const sim::Controller* c = loaded->Find("OOB_LSI", 0);
+    const model::Controller* c = loaded->Find("OOB_LSI", 0);
     ASSERT_NE(c, nullptr);
-    EXPECT_EQ(c->disks[0].capacity_mb, sim::kNotReported);
+    EXPECT_EQ(c->disks[0].capacity_mb, model::kNotReported);
     EXPECT_EQ(c->disks[0].media_type, "");
     EXPECT_EQ(c->disks[0].disk_type, "");
     EXPECT_EQ(c->disks[1].capacity_mb, std::numeric_limits<long long>::max() / 1048576)
         << "a size beyond 64 bits is held, not wrapped";
     ASSERT_EQ(c->volumes.size(), 1U);
-    const sim::Volume& v = c->volumes[0];
+    const model::Volume& v = c->volumes[0];
     EXPECT_EQ(v.raid_level, "");
     EXPECT_EQ(v.status, "");
-    EXPECT_EQ(v.size_mb, sim::kNotReported);
-    EXPECT_EQ(v.write_policy, sim::kNotReported);
-    EXPECT_EQ(v.read_policy, sim::kNotReported);
-    EXPECT_EQ(v.io_policy, sim::kNotReported);
-    EXPECT_EQ(v.access_policy, sim::kNotReported);
-    EXPECT_EQ(v.cache_policy, sim::kNotReported);
-    EXPECT_EQ(v.initialization, sim::kNotReported);
+    EXPECT_EQ(v.size_mb, model::kNotReported);
+    EXPECT_EQ(v.write_policy, model::kNotReported);
+    EXPECT_EQ(v.read_policy, model::kNotReported);
+    EXPECT_EQ(v.io_policy, model::kNotReported);
+    EXPECT_EQ(v.access_policy, model::kNotReported);
+    EXPECT_EQ(v.cache_policy, model::kNotReported);
+    EXPECT_EQ(v.initialization, model::kNotReported);
 }
 
 TEST_F(RealBmcTest, VolumeTypeGivesTheLevelWhereRaidTypeIsMissing) {
@@ -259,7 +259,7 @@ TEST_F(RealBmcTest, VolumeTypeGivesTheLevelWhereRaidTypeIsMissing) {
     volumes.push_back(json{{"Id", "9"}, {"RAIDType", "RAID6"}, {"VolumeType", "Mirrored"}});
     OneSystem(Controller("Broadcom", "MegaRAID 9560-8i"), drives, volumes);
     const auto loaded = Load();
-    const sim::Controller* c = loaded->Find("OOB_LSI", 0);
+    const model::Controller* c = loaded->Find("OOB_LSI", 0);
     ASSERT_NE(c, nullptr);
     ASSERT_EQ(c->volumes.size(), types.size() + 1);
     for (std::size_t i = 0; i < types.size(); ++i) {
@@ -278,7 +278,7 @@ TEST_F(RealBmcTest, ANoneVolumeOverSeveralDrivesIsAVolumeAndOverOneDriveAJbodDis
                     {"VolumeType", "RawDevice"},
                     {"Links", {{"Drives", {Ref(DrivePath("C"))}}}}}});
     const auto loaded = Load();
-    const sim::Controller* c = loaded->Find("OOB_LSI", 0);
+    const model::Controller* c = loaded->Find("OOB_LSI", 0);
     ASSERT_NE(c, nullptr);
     ASSERT_EQ(c->volumes.size(), 1U);
     EXPECT_EQ(c->volumes[0].spans, (std::vector<std::vector<int>>{{0, 1}}));
@@ -306,7 +306,7 @@ TEST_F(RealBmcTest, AStorageWithSeveralControllersIsOneControllerDescribedByTheF
     tree[storage + "/Controllers/2"] = {{"Id", "2"}, {"Manufacturer", "Broadcom"}};
     const auto loaded = Load();
     EXPECT_EQ(loaded->machine.controllers.size(), 2U) << "one controller, in its family and CFC";
-    const sim::Controller* c = loaded->Find("OOB_LSI", 0);
+    const model::Controller* c = loaded->Find("OOB_LSI", 0);
     ASSERT_NE(c, nullptr);
     EXPECT_EQ(c->product_name, "MegaRAID 9670W-16i");
     EXPECT_EQ(c->raid_levels, (std::vector<std::string>{"0", "1"}));

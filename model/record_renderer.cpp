@@ -1,15 +1,15 @@
 // Every family record of the simulated controllers, rendered from the machine model. The texts
 // are listed field by field in docs/machine-file.md ("How each family's records are rendered");
 // a change here is a change there.
-#include "sim/record_renderer.hpp"
+#include "model/record_renderer.hpp"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "sim/volume_creator.hpp"
+#include "model/raid_capacity.hpp"
 
-namespace sim {
+namespace model {
 
 namespace {
 
@@ -156,7 +156,7 @@ long long UsableMegabytes(const Controller& controller, const Volume& volume) {
     const long long usable =
         smallest < 0
             ? -1
-            : VolumeCreator::UsableMegabytes(volume.raid_level, volume.spans, smallest, ignored);
+            : RaidCapacity::UsableMegabytes(volume.raid_level, volume.spans, smallest, ignored);
     return std::max(usable, volume.size_mb);
 }
 
@@ -719,4 +719,4 @@ void RecordRenderer::RenderConfig(const Controller& controller, std::vector<rc::
     hot_spares = controller.global_hot_spares;
 }
 
-} // namespace sim
+} // namespace model

@@ -1,8 +1,8 @@
 #include <string>
 #include <vector>
 
+#include "model/record_renderer.hpp"
 #include "sim/machine.hpp"
-#include "sim/record_renderer.hpp"
 #include "sim/volume_creator.hpp"
 #include "sim/volume_request.hpp"
 
@@ -13,7 +13,7 @@ namespace {
 namespace rc = Quillon::RaidConfig;
 namespace pc = Quillon::protocol;
 namespace ac = Quillon::ARCCONF;
-using sim::RecordRenderer;
+using model::RecordRenderer;
 
 constexpr long long kTerabyteDisk = 953869; // "931.5 GB"
 

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "backend/records.hpp"
-#include "sim/machine.hpp"
+#include "model/machine.hpp"
 
-namespace sim {
+namespace model {
 
 // Renders the model of one simulated controller into the records its backend class answers
 // with. The records that show prints may use a person's units ("931.5 GB"); the configuration
@@ -50,4 +50,4 @@ public:
     static std::string HumanSize(long long megabytes);
 };
 
-} // namespace sim
+} // namespace model

@@ -5,7 +5,7 @@
 
 #include "result/raid_error_code.hpp"
 
-namespace sim {
+namespace model {
 
 // A controller setting with a fixed set of modes (connector mode, firmware device order, key
 // management), changed the way a controller does: the word is taken in any letter case.
@@ -20,4 +20,4 @@ public:
     static std::string Lower(std::string text);
 };
 
-} // namespace sim
+} // namespace model

@@ -1,9 +1,9 @@
-#include "sim/mode_setting.hpp"
+#include "model/mode_setting.hpp"
 
 #include <algorithm>
 #include <cctype>
 
-namespace sim {
+namespace model {
 
 using namespace Quillon::RaidConfig;
 
@@ -33,4 +33,4 @@ RaidErrorCode ModeSetting::Change(std::string& current, const std::vector<std::s
     return RAID_OK;
 }
 
-} // namespace sim
+} // namespace model
