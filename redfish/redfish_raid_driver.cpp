@@ -7,6 +7,7 @@
 
 #include "backend/records.hpp"
 #include "model/controller_reader.hpp"
+#include "model/disk_rules.hpp"
 #include "model/mode_setting.hpp"
 #include "redfish/redfish_connection.hpp"
 #include "redfish/redfish_words.hpp"
@@ -373,38 +374,45 @@ RedfishRaidDriver::Code RedfishRaidDriver::RemoveVolume(int controller, int volu
 
 RedfishRaidDriver::Code RedfishRaidDriver::MakeGood(int controller, int disk,
                                                     std::string& error_text) {
-    return access_.Write(controller, error_text,
-                         [disk](const ControllerLinks& links, const model::Controller&,
-                                RedfishClient& client, std::string& text) {
-                             // A JBOD disk is good again when its pass-through volume goes; any
-                             // other disk is handed to the BMC's make-good action, which refuses
-                             // what it cannot do.
-                             const auto pass_through = links.pass_through.find(disk);
-                             if (pass_through != links.pass_through.end()) {
-                                 return BmcAccess::Outcome(client.Delete(pass_through->second),
-                                                           text);
-                             }
-                             if (!links.ours) {
-                                 // Never a volume that holds other drives: only a JBOD disk's
-                                 // own pass-through volume is deleted.
-                                 text = "disk " + std::to_string(disk) +
-                                        " is not a JBOD disk of its own; this BMC offers no "
-                                        "standard way to make it good";
-                                 return RAID_MAKEGOOD_REFUSED;
-                             }
-                             return BmcAccess::Outcome(
-                                 client.Post(BmcAccess::DrivePath(links, std::to_string(disk)) +
-                                                 "/Actions/Oem/Raidcfg.MakeGood",
-                                             json::object()),
-                                 text);
-                         });
+    return access_.Write(
+        controller, error_text,
+        [disk](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
+               std::string& text) {
+            if (!links.ours) {
+                const Code checked =
+                    Judge(links, model, std::to_string(disk), model::DiskRules::Change::Good, text);
+                if (checked != RAID_OK) {
+                    return checked;
+                }
+            }
+            // A JBOD disk is good again when its pass-through volume goes; any
+            // other disk is handed to the BMC's make-good action, which refuses
+            // what it cannot do.
+            const auto pass_through = links.pass_through.find(disk);
+            if (pass_through != links.pass_through.end()) {
+                return BmcAccess::Outcome(client.Delete(pass_through->second), text);
+            }
+            if (!links.ours) {
+                // Never a volume that holds other drives: only a JBOD disk's
+                // own pass-through volume is deleted.
+                text = "disk " + std::to_string(disk) +
+                       " is not a JBOD disk of its own; this BMC offers no "
+                       "standard way to make it good";
+                return RAID_MAKEGOOD_REFUSED;
+            }
+            return BmcAccess::Outcome(
+                client.Post(BmcAccess::DrivePath(links, std::to_string(disk)) +
+                                "/Actions/Oem/Raidcfg.MakeGood",
+                            json::object()),
+                text);
+        });
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::MakeJbod(int controller, int disk,
                                                     std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [disk](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
+        [disk](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
                std::string& text) {
             if (!links.ours && !links.raid_types.empty() &&
                 std::find(links.raid_types.begin(), links.raid_types.end(), "None") ==
@@ -413,6 +421,11 @@ RedfishRaidDriver::Code RedfishRaidDriver::MakeJbod(int controller, int disk,
                        "disk " +
                        std::to_string(disk) + " cannot be made JBOD";
                 return RAID_MAKEJBOD_REFUSED;
+            }
+            const Code checked =
+                Judge(links, model, std::to_string(disk), model::DiskRules::Change::Jbod, text);
+            if (checked != RAID_OK) {
+                return checked;
             }
             const json body = {
                 {"RAIDType", "None"},
@@ -428,8 +441,12 @@ RedfishRaidDriver::Code RedfishRaidDriver::AddGlobalHotSpare(int controller,
                                                              std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [&disk](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
+        [&disk](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
                 std::string& text) {
+            const Code checked = Judge(links, model, disk, model::DiskRules::Change::Spare, text);
+            if (checked != RAID_OK) {
+                return checked;
+            }
             return BmcAccess::Outcome(
                 client.Patch(BmcAccess::DrivePath(links, disk), json{{"HotspareType", "Global"}}),
                 text);
@@ -444,6 +461,10 @@ RedfishRaidDriver::AddDedicatedHotSpare(int controller, const std::string& disk,
         controller, error_text,
         [&](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
             std::string& text) {
+            const Code checked = Judge(links, model, disk, model::DiskRules::Change::Spare, text);
+            if (checked != RAID_OK) {
+                return checked;
+            }
             // The disk groups are volume ids; the standard link names the volumes we know.
             json volumes = json::array();
             for (const std::string& group : disk_groups) {
@@ -465,8 +486,13 @@ RedfishRaidDriver::Code RedfishRaidDriver::RemoveHotSpare(int controller, const 
                                                           std::string& error_text) {
     return access_.Write(
         controller, error_text,
-        [&disk](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
+        [&disk](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
                 std::string& text) {
+            const Code checked =
+                Judge(links, model, disk, model::DiskRules::Change::SpareRemoval, text);
+            if (checked != RAID_OK) {
+                return checked;
+            }
             return BmcAccess::Outcome(
                 client.Patch(BmcAccess::DrivePath(links, disk), json{{"HotspareType", "None"}}),
                 text);
@@ -479,15 +505,18 @@ RedfishRaidDriver::Code RedfishRaidDriver::FastInit(int controller, int volume,
         controller, error_text,
         [volume](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
                  std::string& text) {
+            // The target the volume lists, else where the standard puts it.
+            const auto listed = links.initialize_targets.find(volume);
             if (!links.ours && links.volume_paths.count(volume) != 0 &&
-                links.can_initialize.count(volume) == 0) {
+                (listed == links.initialize_targets.end() || listed->second.empty())) {
                 text = NotOffered("Volume.Initialize for volume " + std::to_string(volume));
                 return RAID_DEVICE_UNSUPPORTED;
             }
-            return BmcAccess::Outcome(
-                client.Post(BmcAccess::VolumePath(links, volume) + "/Actions/Volume.Initialize",
-                            json{{"InitializeType", "Fast"}}),
-                text);
+            const std::string target =
+                listed != links.initialize_targets.end() && !listed->second.empty()
+                    ? listed->second
+                    : BmcAccess::VolumePath(links, volume) + "/Actions/Volume.Initialize";
+            return BmcAccess::Outcome(client.Post(target, json{{"InitializeType", "Fast"}}), text);
         });
 }
 
@@ -660,6 +689,18 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
         request["Links"] = {{"Drives", drives}};
     }
     return RAID_OK;
+}
+
+RedfishRaidDriver::Code RedfishRaidDriver::Judge(const ControllerLinks& links,
+                                                 const model::Controller& model,
+                                                 const std::string& disk,
+                                                 model::DiskRules::Change change,
+                                                 std::string& error_text) {
+    if (links.ours) {
+        return RAID_OK; // our BMC judges the request itself, its injected faults first
+    }
+    int id = 0;
+    return model::DiskRules::Check(model, disk, change, id, error_text);
 }
 
 std::string RedfishRaidDriver::NotOffered(const std::string& function) {

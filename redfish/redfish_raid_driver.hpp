@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "backend/raid_driver.hpp"
+#include "model/disk_rules.hpp"
 #include "redfish/bmc_access.hpp"
 
 namespace redfish {
@@ -103,6 +104,11 @@ private:
     // volumes do not show) and, for an M.2 request, names the drives.
     static Code CheckCreate(const ControllerLinks& links, const model::Controller& model,
                             nlohmann::json& request, std::string& error_text);
+    // A disk change on a BMC without our Oem, judged as the simulated machine judges it before
+    // anything is sent; 0 for our BMC, which judges it itself.
+    static Code Judge(const ControllerLinks& links, const model::Controller& model,
+                      const std::string& disk, model::DiskRules::Change change,
+                      std::string& error_text);
     static std::string NotOffered(const std::string& function);
 
     BmcAccess access_;

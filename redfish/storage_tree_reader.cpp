@@ -525,8 +525,9 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
         }
         model::Volume volume = VolumeFrom(resource, position++, model.family, disk_of);
         links.volume_paths[volume.id] = W::Link(resource);
-        if (Has(Member(resource, "Actions"), "#Volume.Initialize")) {
-            links.can_initialize.insert(volume.id);
+        const json& initialize = Member(Member(resource, "Actions"), "#Volume.Initialize");
+        if (initialize.is_object()) {
+            links.initialize_targets[volume.id] = W::Text(initialize, "target");
         }
         model.volumes.push_back(std::move(volume));
     }

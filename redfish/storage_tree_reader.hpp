@@ -3,7 +3,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,8 +46,8 @@ struct ControllerLinks {
     bool reset_to_defaults = false;
     // The RAID types the controller lists (SupportedRAIDTypes); empty when it lists none.
     std::vector<std::string> raid_types;
-    // The volumes whose Actions list Volume.Initialize.
-    std::set<int> can_initialize;
+    // The target of Volume.Initialize of each volume whose Actions list it.
+    std::map<int, std::string> initialize_targets;
     // Some volume of the Storage shows a WriteCachePolicy / ReadCachePolicy: the BMC knows it.
     bool reports_write_cache = false;
     bool reports_read_cache = false;

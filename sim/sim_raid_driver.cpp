@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "model/controller_reader.hpp"
+#include "model/disk_rules.hpp"
 #include "model/mode_setting.hpp"
 
 namespace sim {
@@ -30,10 +31,6 @@ Volume* FindVolume(Controller& controller, int id) {
     auto found = std::find_if(controller.volumes.begin(), controller.volumes.end(),
                               [id](const Volume& volume) { return volume.id == id; });
     return found == controller.volumes.end() ? nullptr : &*found;
-}
-
-std::string DiskNotFound(int id) {
-    return "disk " + std::to_string(id) + " does not exist";
 }
 
 std::string VolumeNotFound(int id) {
@@ -134,36 +131,26 @@ SimRaidDriver::Code SimRaidDriver::GetCanMakeJbodDiskIds(int controller, std::ve
 SimRaidDriver::Code SimRaidDriver::MakeGood(int controller, int disk, std::string& error_text) {
     return access_.Act("MakeGood", controller, std::to_string(disk), true, error_text,
                        [disk](Controller& c, std::string& error) {
-                           Disk* found = FindDisk(c, disk);
-                           if (found == nullptr) {
-                               error = DiskNotFound(disk);
-                               return RAID_TARGET_NOT_FOUND;
+                           int id = 0;
+                           const Code code = model::DiskRules::Check(
+                               c, std::to_string(disk), model::DiskRules::Change::Good, id, error);
+                           if (code == RAID_OK) {
+                               FindDisk(c, id)->state = "UGood";
                            }
-                           if (found->state != "UBad" && found->state != "JBOD") {
-                               error = "disk " + std::to_string(disk) + " is " + found->state +
-                                       ", not UBad or JBOD";
-                               return RAID_MAKEGOOD_REFUSED;
-                           }
-                           found->state = "UGood";
-                           return RAID_OK;
+                           return code;
                        });
 }
 
 SimRaidDriver::Code SimRaidDriver::MakeJbod(int controller, int disk, std::string& error_text) {
     return access_.Act("MakeJbod", controller, std::to_string(disk), true, error_text,
                        [disk](Controller& c, std::string& error) {
-                           Disk* found = FindDisk(c, disk);
-                           if (found == nullptr) {
-                               error = DiskNotFound(disk);
-                               return RAID_TARGET_NOT_FOUND;
+                           int id = 0;
+                           const Code code = model::DiskRules::Check(
+                               c, std::to_string(disk), model::DiskRules::Change::Jbod, id, error);
+                           if (code == RAID_OK) {
+                               FindDisk(c, id)->state = "JBOD";
                            }
-                           if (found->state != "UGood") {
-                               error = "disk " + std::to_string(disk) + " is " + found->state +
-                                       ", not UGood";
-                               return RAID_MAKEJBOD_REFUSED;
-                           }
-                           found->state = "JBOD";
-                           return RAID_OK;
+                           return code;
                        });
 }
 
@@ -177,16 +164,12 @@ SimRaidDriver::Code SimRaidDriver::AddGlobalHotSpare(int controller, const std::
                                return RAID_FUNCTION_UNSUPPORTED;
                            }
                            int id = 0;
-                           Disk* found = ParseId(disk, id) ? FindDisk(c, id) : nullptr;
-                           if (found == nullptr) {
-                               error = "disk " + disk + " does not exist";
-                               return RAID_TARGET_NOT_FOUND;
+                           const Code code = model::DiskRules::Check(
+                               c, disk, model::DiskRules::Change::Spare, id, error);
+                           if (code != RAID_OK) {
+                               return code;
                            }
-                           if (found->state != "UGood") {
-                               error = "disk " + disk + " is " + found->state + ", not UGood";
-                               return RAID_ADDHSP_REFUSED;
-                           }
-                           found->state = "GHS";
+                           FindDisk(c, id)->state = "GHS";
                            c.global_hot_spares.push_back(id);
                            return RAID_OK;
                        });
@@ -225,9 +208,10 @@ SimRaidDriver::Code SimRaidDriver::AddDedicatedHotSpare(int controller, const st
                                }
                                volumes.push_back(volume);
                            }
-                           if (found->state != "UGood") {
-                               error = "disk " + disk + " is " + found->state + ", not UGood";
-                               return RAID_ADDHSP_REFUSED;
+                           const Code code = model::DiskRules::Check(
+                               c, disk, model::DiskRules::Change::Spare, id, error);
+                           if (code != RAID_OK) {
+                               return code;
                            }
                            found->state = "DHS";
                            for (Volume* volume : volumes) {
@@ -248,16 +232,12 @@ SimRaidDriver::Code SimRaidDriver::RemoveHotSpare(int controller, const std::str
                 return RAID_FUNCTION_UNSUPPORTED;
             }
             int id = 0;
-            Disk* found = ParseId(disk, id) ? FindDisk(c, id) : nullptr;
-            if (found == nullptr) {
-                error = "disk " + disk + " does not exist";
-                return RAID_TARGET_NOT_FOUND;
+            const Code code =
+                model::DiskRules::Check(c, disk, model::DiskRules::Change::SpareRemoval, id, error);
+            if (code != RAID_OK) {
+                return code;
             }
-            if (found->state != "GHS" && found->state != "DHS") {
-                error = "disk " + disk + " is " + found->state + ", not a hot spare";
-                return RAID_RMHSP_REFUSED;
-            }
-            found->state = "UGood";
+            FindDisk(c, id)->state = "UGood";
             auto& global = c.global_hot_spares;
             global.erase(std::remove(global.begin(), global.end(), id), global.end());
             for (Volume& volume : c.volumes) {

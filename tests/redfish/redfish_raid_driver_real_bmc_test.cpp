@@ -97,9 +97,36 @@ TEST_F(RealBmcDriverTest, MakeGoodNeverDeletesAVolumeThatHoldsAnotherDrive) {
     EXPECT_EQ(driver.GetCanMakeGoodDiskIds(0, eligible, error), RAID_OK);
     EXPECT_EQ(eligible, std::vector<int>({2})) << "only C, the disk of its own pass-through";
     EXPECT_EQ(driver.MakeGood(0, 0, error), RAID_MAKEGOOD_REFUSED);
-    EXPECT_EQ(error, "disk 0 is not a JBOD disk of its own; this BMC offers no standard way to "
-                     "make it good");
+    EXPECT_EQ(error, "disk 0 is Online, not UBad or JBOD");
     EXPECT_TRUE(Writes().empty());
+}
+
+TEST_F(RealBmcDriverTest, DiskChangesAreJudgedAsTheSimulatedMachineJudgesThemBeforeASend) {
+    redfish::RedfishRaidDriver driver = Driver();
+    std::string error;
+    EXPECT_EQ(driver.MakeJbod(0, 3, error), RAID_MAKEJBOD_REFUSED);
+    EXPECT_EQ(error, "disk 3 is Online, not UGood");
+    EXPECT_EQ(driver.AddGlobalHotSpare(0, "3", error), RAID_ADDHSP_REFUSED);
+    EXPECT_EQ(error, "disk 3 is Online, not UGood");
+    EXPECT_EQ(driver.AddDedicatedHotSpare(0, "5", {"0"}, error), RAID_ADDHSP_REFUSED);
+    EXPECT_EQ(error, "disk 5 is GHS, not UGood");
+    EXPECT_EQ(driver.RemoveHotSpare(0, "6", error), RAID_RMHSP_REFUSED);
+    EXPECT_EQ(error, "disk 6 is UGood, not a hot spare");
+    EXPECT_EQ(driver.AddGlobalHotSpare(0, "9", error), RAID_TARGET_NOT_FOUND);
+    EXPECT_EQ(error, "disk 9 does not exist");
+    EXPECT_TRUE(Writes().empty());
+}
+
+TEST_F(RealBmcDriverTest, FastInitGoesToTheTargetTheVolumeLists) {
+    const std::string target = "/redfish/v1/Systems/3/Volumes/1/Actions/Volume.Initialize";
+    tree.resources[RealBmcTree::VolumePath("Mirror")]["Actions"] = {
+        {"#Volume.Initialize", {{"target", target}}}};
+    bmc->On("POST", target, raidcfg_test::Status(204));
+    redfish::RedfishRaidDriver driver = Driver();
+    std::string error;
+    EXPECT_EQ(driver.FastInit(0, 1, error), RAID_OK) << error;
+    EXPECT_EQ(Writes(),
+              std::vector<std::string>({"POST " + target + " {\"InitializeType\":\"Fast\"}"}));
 }
 
 TEST_F(RealBmcDriverTest, MakeGoodOfAJbodDiskDeletesOnlyItsOwnPassThroughVolume) {
