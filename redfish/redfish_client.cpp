@@ -484,11 +484,10 @@ RedfishStatus RedfishClient::Write(const std::string& method, const std::string&
 RedfishStatus RedfishClient::Deferred(const std::string& method, const std::string& path,
                                       const std::string& apply_time) const {
     // Not done yet, and not failed: the row must not say the change is there.
-    return Fail(Quillon::RaidConfig::RAID_OPERATION_FAILED,
-                Concat({"BMC ", authority_, ": ", method, " ", path,
-                        " was accepted, but the BMC applies it only at the next reset of the "
-                        "server (",
-                        apply_time, ")"}));
+    return Fail(
+        Quillon::RaidConfig::RAID_OPERATION_FAILED,
+        Concat({"BMC ", authority_, ": ", method, " ", path, " was accepted, ",
+                "but the BMC applies it only at the next reset of the server (", apply_time, ")"}));
 }
 
 RedfishStatus RedfishClient::FollowTask(const std::string& method, const std::string& path,

@@ -12,8 +12,8 @@
 namespace raidcfg_test {
 
 BmcEmulator::BmcEmulator(const std::string& program, std::vector<std::string> args) {
-    args.push_back("--port-file");
-    args.push_back(dir_.File("port"));
+    args.emplace_back("--port-file");
+    args.emplace_back(dir_.File("port"));
     pid_ = SpawnProgram(program, args, dir_.path(), dir_.File("out"), dir_.File("err"));
     // The port file appears once the socket is bound; the wait ends with the process too.
     while (pid_ > 0 && port_.empty()) {
