@@ -105,22 +105,9 @@ bool MockupService::Admits(const std::string& user, const std::string& password)
 }
 
 std::optional<HttpResponse> MockupService::Authenticate(const HttpRequest& request) const {
-    const std::string token = request.Header("X-Auth-Token");
-    if (!token.empty()) {
-        if (sessions_.FindByToken(token)) {
-            return std::nullopt;
-        }
-        return RedfishErrors::BadToken();
-    }
-    if (const std::optional<std::string> pair =
-            RequestText::BasicCredentials(request.Header("Authorization"))) {
-        const std::size_t colon = pair->find(':');
-        if (colon != std::string::npos && Admits(pair->substr(0, colon), pair->substr(colon + 1))) {
-            return std::nullopt;
-        }
-        return RedfishErrors::BadCredentials();
-    }
-    return RedfishErrors::NoSession();
+    return sessions_.Check(request, [this](const std::string& user, const std::string& password) {
+        return Admits(user, password);
+    });
 }
 
 HttpResponse MockupService::Get(const HttpRequest& request, const std::string& path,

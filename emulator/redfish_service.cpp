@@ -79,23 +79,10 @@ HttpResponse RedfishService::Handle(const HttpRequest& request) {
 
 std::optional<HttpResponse> RedfishService::Authenticate(const HttpRequest& request,
                                                          const sim::Machine& machine) const {
-    const std::string token = request.Header("X-Auth-Token");
-    if (!token.empty()) {
-        if (sessions_.FindByToken(token)) {
-            return std::nullopt;
-        }
-        return RedfishErrors::BadToken();
-    }
-    if (const std::optional<std::string> pair =
-            RequestText::BasicCredentials(request.Header("Authorization"))) {
-        const std::size_t colon = pair->find(':');
-        if (colon != std::string::npos && pair->substr(0, colon) == machine.bmc.user &&
-            pair->substr(colon + 1) == machine.bmc.password) {
-            return std::nullopt;
-        }
-        return RedfishErrors::BadCredentials();
-    }
-    return RedfishErrors::NoSession();
+    return sessions_.Check(request,
+                           [&machine](const std::string& user, const std::string& password) {
+                               return user == machine.bmc.user && password == machine.bmc.password;
+                           });
 }
 
 HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::string& path,

@@ -3,6 +3,9 @@
 #include <array>
 #include <random>
 
+#include "emulator/redfish_errors.hpp"
+#include "emulator/request_text.hpp"
+
 namespace emulator {
 
 SessionStore::SessionStore() {
@@ -68,6 +71,27 @@ std::vector<SessionStore::Session> SessionStore::All() const {
         sessions.push_back(session);
     }
     return sessions;
+}
+
+std::optional<HttpResponse> SessionStore::Check(
+    const HttpRequest& request,
+    const std::function<bool(const std::string& user, const std::string& password)>& admits) const {
+    const std::string token = request.Header("X-Auth-Token");
+    if (!token.empty()) {
+        if (FindByToken(token)) {
+            return std::nullopt;
+        }
+        return RedfishErrors::BadToken();
+    }
+    if (const std::optional<std::string> pair =
+            RequestText::BasicCredentials(request.Header("Authorization"))) {
+        const std::size_t colon = pair->find(':');
+        if (colon != std::string::npos && admits(pair->substr(0, colon), pair->substr(colon + 1))) {
+            return std::nullopt;
+        }
+        return RedfishErrors::BadCredentials();
+    }
+    return RedfishErrors::NoSession();
 }
 
 } // namespace emulator

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "emulator/http_request.hpp"
+#include "emulator/http_response.hpp"
 
 namespace emulator {
 
@@ -26,6 +30,13 @@ public:
     // Ends the session with that id; false when there is none.
     bool Close(const std::string& id);
     std::vector<Session> All() const;
+
+    // Checks a request's session token, else its Basic credentials with admits; the refusal
+    // (401 with a Redfish error) when neither passes.
+    std::optional<HttpResponse>
+    Check(const HttpRequest& request,
+          const std::function<bool(const std::string& user, const std::string& password)>& admits)
+        const;
 
 private:
     std::string RandomHex();

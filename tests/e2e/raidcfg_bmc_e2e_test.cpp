@@ -43,14 +43,7 @@ Outcome RunRaidcfg(const std::string& dir, const std::vector<std::string>& args)
     return raidcfg_test::RunProgram(kRaidcfg, dir, args);
 }
 
-std::string LastLine(const std::string& text) {
-    std::string trimmed = text;
-    while (!trimmed.empty() && trimmed.back() == '\n') {
-        trimmed.pop_back();
-    }
-    const std::size_t newline = trimmed.rfind('\n');
-    return newline == std::string::npos ? trimmed : trimmed.substr(newline + 1);
-}
+using raidcfg_test::LastLine;
 
 // raidcfg-bmc on a machine file, on a free port of 127.0.0.1, for the life of the object.
 class Emulator : public raidcfg_test::BmcEmulator {

@@ -24,14 +24,7 @@ const std::string kRackServer = RAIDCFG_TEST_DATA_DIR "/mockups/rack-server";
 
 using Outcome = raidcfg_test::ProgramOutcome;
 
-std::string LastLine(const std::string& text) {
-    std::string trimmed = text;
-    while (!trimmed.empty() && trimmed.back() == '\n') {
-        trimmed.pop_back();
-    }
-    const std::size_t newline = trimmed.rfind('\n');
-    return newline == std::string::npos ? trimmed : trimmed.substr(newline + 1);
-}
+using raidcfg_test::LastLine;
 
 // raidcfg-bmc serving a mockup folder, with its request log.
 class Mockup : public raidcfg_test::BmcEmulator {

@@ -55,7 +55,7 @@ protected:
                   {"Links", {{"Drives", Drives({"D", "E"})}}}}});
     }
 
-    redfish::RedfishRaidDriver Driver() {
+    redfish::RedfishRaidDriver Driver(const std::string& family = "OOB_LSI") {
         tree.Serve(*bmc);
         redfish::ClientSettings settings;
         settings.user = "admin";
@@ -65,7 +65,7 @@ protected:
         EXPECT_TRUE(client->Open().ok());
         connection = std::make_unique<redfish::RedfishConnection>(
             "rest", client, std::make_shared<redfish::StorageTreeReader>(client));
-        return redfish::RedfishRaidDriver(*connection, "OOB_LSI");
+        return redfish::RedfishRaidDriver(*connection, family);
     }
 
     // The body of the last request that writes; discarded when there is none.
@@ -239,15 +239,7 @@ TEST_F(RealBmcDriverTest, AnM2VolumeTakesTheLowestFreeDrivesItsLevelNeeds) {
     tree.resources[RealBmcTree::kStorage]["StorageControllers"][0]["Model"] = "88SE9230";
     bmc->On("POST", std::string(RealBmcTree::kStorage) + "/Volumes", raidcfg_test::Status(201));
     tree.resources[RealBmcTree::DrivePath("F")].erase("HotspareType");
-    tree.Serve(*bmc);
-    redfish::ClientSettings settings;
-    settings.user = "admin";
-    settings.password = "secret";
-    auto client = std::make_shared<redfish::RedfishClient>(bmc->Transport(), settings);
-    ASSERT_TRUE(client->Open().ok());
-    connection = std::make_unique<redfish::RedfishConnection>(
-        "rest", client, std::make_shared<redfish::StorageTreeReader>(client));
-    redfish::RedfishRaidDriver driver(*connection, "OOB_M2");
+    redfish::RedfishRaidDriver driver = Driver("OOB_M2");
     M2ControllerObject request;
     request.controller_id = 0;
     request.raid_level = "1";
@@ -307,20 +299,12 @@ TEST_F(RealBmcDriverTest, ADedicatedSpareCarriesOnlyTheStandardLink) {
 }
 
 TEST_F(RealBmcDriverTest, APatchCarriesTheETagTheDriveWasReadWith) {
-    tree.Serve(*bmc);
-    bmc->Clear("GET", RealBmcTree::DrivePath("G"));
-    json drive = tree.resources[RealBmcTree::DrivePath("G")];
+    // Answered before the tree's own copy of the drive, which Driver serves after it.
+    const json drive = tree.resources[RealBmcTree::DrivePath("G")];
     bmc->On("GET", RealBmcTree::DrivePath("G"),
             raidcfg_test::Json(200, drive.dump(), {{"etag", "\"g-1\""}}));
     bmc->On("PATCH", RealBmcTree::DrivePath("G"), raidcfg_test::Status(204));
-    redfish::ClientSettings settings;
-    settings.user = "admin";
-    settings.password = "secret";
-    auto client = std::make_shared<redfish::RedfishClient>(bmc->Transport(), settings);
-    ASSERT_TRUE(client->Open().ok());
-    connection = std::make_unique<redfish::RedfishConnection>(
-        "rest", client, std::make_shared<redfish::StorageTreeReader>(client));
-    redfish::RedfishRaidDriver driver(*connection, "OOB_LSI");
+    redfish::RedfishRaidDriver driver = Driver();
     std::string error;
     EXPECT_EQ(driver.AddGlobalHotSpare(0, "6", error), RAID_OK) << error;
     for (const auto& request : bmc->requests) {

@@ -49,4 +49,13 @@ void ExpectGolden(const std::string& data_dir, const std::string& name, const st
     EXPECT_EQ(ReadFile(path), actual) << "differs from golden file " << path;
 }
 
+std::string LastLine(const std::string& text) {
+    std::string trimmed = text;
+    while (!trimmed.empty() && trimmed.back() == '\n') {
+        trimmed.pop_back();
+    }
+    const std::size_t newline = trimmed.rfind('\n');
+    return newline == std::string::npos ? trimmed : trimmed.substr(newline + 1);
+}
+
 } // namespace raidcfg_test

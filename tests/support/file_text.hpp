@@ -8,6 +8,8 @@ namespace raidcfg_test {
 std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, const std::string& text);
 bool FileExists(const std::string& path);
+// The last line of a program's output, without its line end: where raidcfg prints its result.
+std::string LastLine(const std::string& text);
 
 // A golden file of the test tree: RAIDCFG_TEST_DATA_DIR of the calling test + "/" + name.
 // With RAIDCFG_UPDATE_GOLDEN=1 in the environment, ExpectGolden rewrites the file instead.
