@@ -40,6 +40,9 @@ struct Volume {
     int strip_kb = 0;
     std::string status = "Optimal";
     bool bootable = false;
+    // False where the source does not say whether the volume boots (a BMC without
+    // IsBootCapable): shown as the empty text. A machine file always says.
+    bool bootable_known = true;
     int write_policy = 0;
     int read_policy = 0;
     int io_policy = 0;

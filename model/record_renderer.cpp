@@ -70,6 +70,11 @@ std::string Bool(bool value) {
     return value ? "True" : "False";
 }
 
+// Whether a volume boots; the empty text where its source did not say.
+std::string Bootable(const Volume& volume) {
+    return volume.bootable_known ? Bool(volume.bootable) : std::string();
+}
+
 // "256K"; an unset size (0) is the empty text.
 std::string Kilobytes(int kilobytes) {
     return kilobytes > 0 ? std::to_string(kilobytes) + "K" : std::string();
@@ -295,7 +300,7 @@ void FillPoolVolume(const Controller& controller, const Volume& volume, PoolVolu
     record.name = volume.name;
     record.status = volume.status;
     record.stripe_size = Kilobytes(volume.strip_kb);
-    record.bootable = Bool(volume.bootable);
+    record.bootable = Bootable(volume);
     record.capacity = RecordRenderer::HumanSize(volume.size_mb);
     record.read_policy = Word(kReadPolicies, volume.read_policy);
     record.write_policy = WritePolicy(controller, volume.write_policy);
@@ -556,7 +561,7 @@ void RecordRenderer::Render(const Controller& controller, pc::VolManDevCtrl& rec
             out.name = volume->name;
             out.status = volume->status;
             out.stripe_size = Kilobytes(volume->strip_kb);
-            out.bootable = Bool(volume->bootable);
+            out.bootable = Bootable(*volume);
             out.capacity = HumanSize(volume->size_mb);
             pool.volumes.push_back(out);
         }

@@ -298,6 +298,8 @@ model::Volume VolumeFrom(const json& resource, int position, const std::string& 
     volume.strip_kb = static_cast<int>(W::Number(resource, "StripSizeBytes", 0) / 1024);
     volume.status = OemOr(oem, "Status", StatusOf(resource));
     volume.bootable = W::Flag(resource, "IsBootCapable", false);
+    volume.bootable_known =
+        Has(resource, "IsBootCapable") && resource["IsBootCapable"].is_boolean();
     volume.write_policy = static_cast<int>(
         W::Number(oem, "WritePolicy",
                   WritePolicyOf(W::Text(resource, "WriteCachePolicy"), family == "OOB_MICROCHIP")));

@@ -235,6 +235,7 @@ TEST_F(RealBmcTest, NullOrMissingPropertiesAreNotReportedNotMadeUp) {
     EXPECT_EQ(v.access_policy, model::kNotReported);
     EXPECT_EQ(v.cache_policy, model::kNotReported);
     EXPECT_EQ(v.initialization, model::kNotReported);
+    EXPECT_FALSE(v.bootable_known) << "no IsBootCapable: shown empty, not False";
 }
 
 TEST_F(RealBmcTest, VolumeTypeGivesTheLevelWhereRaidTypeIsMissing) {
