@@ -606,10 +606,10 @@ RedfishRaidDriver::Code RedfishRaidDriver::CheckCreate(const ControllerLinks& li
         error_text = "the controller does not offer " + type + " (it offers " + offered + ")";
         return RAID_OPERATION_FAILED;
     }
-    if (!links.reports_write_cache) {
+    if (links.lacks_write_cache) {
         request.erase("WriteCachePolicy");
     }
-    if (!links.reports_read_cache) {
+    if (links.lacks_read_cache) {
         request.erase("ReadCachePolicy");
     }
     std::vector<int> members;

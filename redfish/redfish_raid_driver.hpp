@@ -100,8 +100,8 @@ private:
                 std::string& error_text);
     // Judges a create for a BMC without our Oem section, as the simulated machine would: the
     // level among the controller's SupportedRAIDTypes, member and spare disks present and
-    // "UGood". Takes out what that BMC must not get (our Oem section, cache policies its
-    // volumes do not show) and, for an M.2 request, names the drives.
+    // "UGood". Takes out what that BMC must not get (our Oem section, cache policies none of
+    // its volumes shows) and, for an M.2 request, names the drives.
     static Code CheckCreate(const ControllerLinks& links, const model::Controller& model,
                             nlohmann::json& request, std::string& error_text);
     // A disk change on a BMC without our Oem, judged as the simulated machine judges it before

@@ -488,8 +488,6 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
     }
     std::map<std::string, std::string> linked; // drive path -> "Online" or "JBOD"
     for (const json& volume : volumes) {
-        links.reports_write_cache = links.reports_write_cache || Has(volume, "WriteCachePolicy");
-        links.reports_read_cache = links.reports_read_cache || Has(volume, "ReadCachePolicy");
         const std::string state = IsPassThrough(volume) ? "JBOD" : "Online";
         for (const std::string& path : DriveLinksOf(volume)) {
             linked.emplace(path, state);
@@ -525,6 +523,10 @@ void StorageTreeReader::AddStorage(const json& storage, StorageTree& tree,
             }
             continue;
         }
+        // A RAID volume without a cache policy tells that the BMC does not know it (a JBOD
+        // disk's pass-through volume has none to show).
+        links.lacks_write_cache = links.lacks_write_cache || !Has(resource, "WriteCachePolicy");
+        links.lacks_read_cache = links.lacks_read_cache || !Has(resource, "ReadCachePolicy");
         model::Volume volume = VolumeFrom(resource, position++, model.family, disk_of);
         links.volume_paths[volume.id] = W::Link(resource);
         const json& initialize = Member(Member(resource, "Actions"), "#Volume.Initialize");

@@ -48,9 +48,10 @@ struct ControllerLinks {
     std::vector<std::string> raid_types;
     // The target of Volume.Initialize of each volume whose Actions list it.
     std::map<int, std::string> initialize_targets;
-    // Some volume of the Storage shows a WriteCachePolicy / ReadCachePolicy: the BMC knows it.
-    bool reports_write_cache = false;
-    bool reports_read_cache = false;
+    // A RAID volume of the Storage shows no WriteCachePolicy / ReadCachePolicy: the BMC does not
+    // know that property, so a create does not send it.
+    bool lacks_write_cache = false;
+    bool lacks_read_cache = false;
     // Operations with an injected fault that still answers, and the argument it names.
     std::vector<std::pair<std::string, std::optional<std::string>>> pending_faults;
 };

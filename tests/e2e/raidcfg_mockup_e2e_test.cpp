@@ -101,6 +101,25 @@ TEST_F(MockupE2eTest, SaveWritesWhatTheBmcReportsAndLeavesTheRestEmpty) {
     EXPECT_TRUE(bmc.TakeWrites().empty()) << "save only reads";
 }
 
+TEST_F(MockupE2eTest, SaveClearAddSaveGivesTheSameFileOnABmcWithoutOurOem) {
+    Mockup bmc(kRackServer);
+    const Outcome saved = Run(bmc, {"save", "--ctrl", "1", "--file", "before.ini", "-q"});
+    ASSERT_EQ(LastLine(saved.out), "0 Succeed.") << saved.out << saved.err;
+    ASSERT_EQ(LastLine(Run(bmc, {"clear", "--ctrl", "1", "-y", "-q"}).out), "0 Succeed.");
+    bmc.TakeWrites();
+    const Outcome added = Run(bmc, {"add", "--file", "before.ini", "-y", "-q"});
+    EXPECT_EQ(LastLine(added.out), "0 Succeed.") << added.out << added.err;
+    EXPECT_EQ(bmc.TakeWrites(),
+              std::vector<std::string>(
+                  {"PATCH " + std::string(kBays) + "Disk.Bay.3:Enclosure.Internal.0-1 200",
+                   "POST " + std::string(kIntegrated) + "/Volumes 201"}))
+        << "the global spare, then the volume";
+    const Outcome again = Run(bmc, {"save", "--ctrl", "1", "--file", "after.ini", "-q"});
+    ASSERT_EQ(LastLine(again.out), "0 Succeed.") << again.out << again.err;
+    EXPECT_EQ(raidcfg_test::ReadFile(work.File("after.ini")),
+              raidcfg_test::ReadFile(work.File("before.ini")));
+}
+
 TEST_F(MockupE2eTest, SystemPicksOneComputerSystemOfTheBmc) {
     Mockup bmc(kRackServer);
     const Outcome one = Run(bmc, {"show", "--system", "node-2", "-q"});

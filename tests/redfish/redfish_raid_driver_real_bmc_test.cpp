@@ -219,7 +219,9 @@ TEST_F(RealBmcDriverTest, ACreateCarriesNoOemAndNoPolicyTheBmcDoesNotShow) {
 }
 
 TEST_F(RealBmcDriverTest, PoliciesGoWhereTheBmcsVolumesShowThem) {
+    // Every RAID volume shows its write policy; none shows a read policy.
     tree.resources[RealBmcTree::VolumePath("Mirror")]["WriteCachePolicy"] = "WriteThrough";
+    tree.resources[RealBmcTree::VolumePath("Pair")]["WriteCachePolicy"] = "WriteThrough";
     bmc->On("POST", std::string(RealBmcTree::kStorage) + "/Volumes", raidcfg_test::Status(201));
     redfish::RedfishRaidDriver driver = Driver();
     VolumeObject request;
@@ -233,6 +235,27 @@ TEST_F(RealBmcDriverTest, PoliciesGoWhereTheBmcsVolumesShowThem) {
     const json body = LastWriteBody();
     EXPECT_EQ(body.value("WriteCachePolicy", ""), "ProtectedWriteBack");
     EXPECT_FALSE(body.contains("ReadCachePolicy"));
+}
+
+TEST_F(RealBmcDriverTest, AStorageWithoutRaidVolumesGetsThePoliciesTheRequestStates) {
+    for (const char* id : {"Pair", "Mirror"}) {
+        tree.resources.erase(RealBmcTree::VolumePath(id));
+    }
+    tree.resources[std::string(RealBmcTree::kStorage) + "/Volumes"] =
+        RealBmcTree::Collection({RealBmcTree::VolumePath("Raw")});
+    bmc->On("POST", std::string(RealBmcTree::kStorage) + "/Volumes", raidcfg_test::Status(201));
+    redfish::RedfishRaidDriver driver = Driver();
+    VolumeObject request;
+    request.controller_id = 0;
+    request.raid_level = "1";
+    request.disks = {{0, 1}};
+    request.write_policy = 0;
+    request.read_policy = 2;
+    std::string error;
+    EXPECT_EQ(driver.Add(request, error), RAID_OK) << error;
+    const json body = LastWriteBody();
+    EXPECT_EQ(body.value("WriteCachePolicy", ""), "WriteThrough");
+    EXPECT_EQ(body.value("ReadCachePolicy", ""), "AdaptiveReadAhead");
 }
 
 TEST_F(RealBmcDriverTest, AnM2VolumeTakesTheLowestFreeDrivesItsLevelNeeds) {
