@@ -2,6 +2,7 @@
 
 #include "backend/ekm_controller.hpp"
 #include "model/controller_reader.hpp"
+#include "model/key_rules.hpp"
 #include "model/mode_setting.hpp"
 #include "redfish/redfish_connection.hpp"
 #include "redfish/redfish_words.hpp"
@@ -42,27 +43,42 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::GetController(int control
 RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int controller,
                                                                      const std::string& mode,
                                                                      std::string& message) {
-    return access_.Write(controller, message,
-                         [&mode](const ControllerLinks& links, const model::Controller& model,
-                                 RedfishClient& client, std::string& text) {
-                             json body = {{"Oem", {{"Raidcfg", {{"EkmMode", mode}}}}}};
-                             const std::string standard = EncryptionMode(mode);
-                             if (!standard.empty()) {
-                                 body["EncryptionMode"] = standard;
-                             }
-                             const Code code =
-                                 BmcAccess::Outcome(client.Patch(links.storage, body), text);
-                             // A PATCH to the mode the controller has is accepted and changes
-                             // nothing: 34.
-                             std::string current = model.ekm_mode.value_or("");
-                             std::string ignored;
-                             if (code == RAID_OK && model.ekm_mode &&
-                                 model::ModeSetting::Change(current, model.ekm_modes, mode,
-                                                            ignored) == RAID_OK_UNCHANGED) {
-                                 return RAID_OK_UNCHANGED;
-                             }
-                             return code;
-                         });
+    return access_.Write(
+        controller, message,
+        [&mode](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
+                std::string& text) {
+            const std::string standard = EncryptionMode(mode);
+            if (!links.ours) {
+                // Judged first, as the simulated machine judges it: nothing is
+                // sent for a mode that stands already or that the Storage lacks.
+                std::string spelled;
+                const Code checked = model::KeyRules::ChangeMode(model, mode, spelled, text);
+                if (checked != RAID_OK) {
+                    return checked;
+                }
+                if (standard.empty()) {
+                    text = "the mode " + mode + " has no standard EncryptionMode";
+                    return RAID_OPERATION_FAILED;
+                }
+                return BmcAccess::Outcome(
+                    client.Patch(links.storage, json{{"EncryptionMode", standard}}), text);
+            }
+            json body = {{"Oem", {{"Raidcfg", {{"EkmMode", mode}}}}}};
+            if (!standard.empty()) {
+                body["EncryptionMode"] = standard;
+            }
+            const Code code = BmcAccess::Outcome(client.Patch(links.storage, body), text);
+            // A PATCH to the mode the controller has is accepted and changes
+            // nothing: 34.
+            std::string current = model.ekm_mode.value_or("");
+            std::string ignored;
+            if (code == RAID_OK && model.ekm_mode &&
+                model::ModeSetting::Change(current, model.ekm_modes, mode, ignored) ==
+                    RAID_OK_UNCHANGED) {
+                return RAID_OK_UNCHANGED;
+            }
+            return code;
+        });
 }
 
 RedfishEncryptionDriver::Code
@@ -73,26 +89,22 @@ RedfishEncryptionDriver::EnableEncryption(int controller, const std::vector<int>
         [&volumes](const ControllerLinks& links, const model::Controller& model,
                    RedfishClient& client, std::string& text) {
             if (!links.ours) {
-                // A BMC without our action: each volume's standard Encrypted property.
-                int encrypted = 0;
-                for (const model::Volume& volume : model.volumes) {
-                    const bool named = volumes.empty() || std::find(volumes.begin(), volumes.end(),
-                                                                    volume.id) != volumes.end();
-                    if (!named || volume.encrypted) {
-                        continue;
-                    }
-                    const Code code =
-                        BmcAccess::Outcome(client.Patch(BmcAccess::VolumePath(links, volume.id),
-                                                        json{{"Encrypted", true}}),
-                                           text);
+                // A BMC without our action: each volume's standard Encrypted property, after
+                // the checks the simulated machine makes.
+                std::vector<int> to_encrypt;
+                const Code checked = model::KeyRules::Encrypt(model, volumes, to_encrypt, text);
+                if (checked != RAID_OK) {
+                    return checked;
+                }
+                for (int id : to_encrypt) {
+                    const Code code = BmcAccess::Outcome(
+                        client.Patch(BmcAccess::VolumePath(links, id), json{{"Encrypted", true}}),
+                        text);
                     if (code != RAID_OK) {
                         return code;
                     }
-                    ++encrypted;
                 }
-                // Stands directly behind "Success." in the row, so it brings its own blank.
-                text = " " + std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
-                       " newly encrypted.";
+                text = model::KeyRules::EncryptedText(static_cast<int>(to_encrypt.size()));
                 return RAID_OK;
             }
             json answer;

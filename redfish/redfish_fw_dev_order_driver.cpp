@@ -29,6 +29,10 @@ RedfishFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller, const std::stri
         controller, message,
         [&mode](const ControllerLinks& links, const model::Controller& model, RedfishClient& client,
                 std::string& text) {
+            if (!links.ours) {
+                // Only our Oem section carries the order: a BMC without it has none to set.
+                return model::ControllerReader::NoFirmwareOrder(text);
+            }
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
             const Code code =
                 BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);

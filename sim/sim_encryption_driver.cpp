@@ -5,19 +5,11 @@
 
 #include "backend/ekm_controller.hpp"
 #include "model/controller_reader.hpp"
-#include "model/mode_setting.hpp"
+#include "model/key_rules.hpp"
 
 namespace sim {
 
 using namespace Quillon::RaidConfig;
-
-namespace {
-
-RaidErrorCode NoKeyManagement(std::string& message) {
-    return model::ControllerReader::NoKeyManagement(message);
-}
-
-} // namespace
 
 SimEncryptionDriver::SimEncryptionDriver(std::shared_ptr<MachineStore> store)
     : access_(std::move(store), "OOB_LSI") {}
@@ -36,10 +28,12 @@ SimEncryptionDriver::Code
 SimEncryptionDriver::ChangeEKMMode(int controller, const std::string& mode, std::string& message) {
     return access_.Act("changeEKMmode", controller, std::nullopt, true, message,
                        [&mode](Controller& c, std::string& error) {
-                           if (!c.ekm_mode) {
-                               return NoKeyManagement(error);
+                           std::string spelled;
+                           const Code code = model::KeyRules::ChangeMode(c, mode, spelled, error);
+                           if (code == RAID_OK) {
+                               c.ekm_mode = spelled;
                            }
-                           return model::ModeSetting::Change(*c.ekm_mode, c.ekm_modes, mode, error);
+                           return code;
                        });
 }
 
@@ -51,44 +45,22 @@ SimEncryptionDriver::Code SimEncryptionDriver::EnableEncryption(int controller,
         volumes.size() == 1 ? std::optional<std::string>(std::to_string(volumes.front()))
                             : std::nullopt;
     int encrypted = 0;
-    const Code code =
-        access_.Act("enableEncryptionVolume", controller, arg, true, message,
-                    [&](Controller& c, std::string& error) {
-                        if (!c.ekm_mode) {
-                            return NoKeyManagement(error);
-                        }
-                        if (model::ModeSetting::Lower(*c.ekm_mode) == "none") {
-                            error = "key management is off: turn it to local or external first";
-                            return RAID_OPERATION_FAILED;
-                        }
-                        if (c.volumes.empty()) {
-                            error = "the controller has no volumes";
-                            return RAID_NO_VOLUMES;
-                        }
-                        std::vector<Volume*> chosen;
-                        for (Volume& volume : c.volumes) {
-                            if (volumes.empty() || std::find(volumes.begin(), volumes.end(),
-                                                             volume.id) != volumes.end()) {
-                                chosen.push_back(&volume);
-                            }
-                        }
-                        for (int id : volumes) {
-                            if (std::none_of(chosen.begin(), chosen.end(),
-                                             [id](const Volume* v) { return v->id == id; })) {
-                                error = "volume " + std::to_string(id) + " does not exist";
-                                return RAID_TARGET_NOT_FOUND;
-                            }
-                        }
-                        for (Volume* volume : chosen) {
-                            encrypted += volume->encrypted ? 0 : 1;
-                            volume->encrypted = true;
-                        }
-                        return RAID_OK;
-                    });
+    const Code code = access_.Act("enableEncryptionVolume", controller, arg, true, message,
+                                  [&](Controller& c, std::string& error) {
+                                      std::vector<int> to_encrypt;
+                                      const Code checked =
+                                          model::KeyRules::Encrypt(c, volumes, to_encrypt, error);
+                                      for (Volume& volume : c.volumes) {
+                                          if (std::find(to_encrypt.begin(), to_encrypt.end(),
+                                                        volume.id) != to_encrypt.end()) {
+                                              volume.encrypted = true;
+                                              ++encrypted;
+                                          }
+                                      }
+                                      return checked;
+                                  });
     if (code == RAID_OK) {
-        // The detail stands directly behind "Success." in a row, so it brings its own blank.
-        message = " " + std::to_string(encrypted) + (encrypted == 1 ? " volume" : " volumes") +
-                  " newly encrypted.";
+        message = model::KeyRules::EncryptedText(encrypted);
     }
     return code;
 }

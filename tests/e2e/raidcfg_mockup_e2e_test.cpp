@@ -183,6 +183,19 @@ TEST_F(MockupE2eTest, EachWriteSendsOnlyWhatWasAsked) {
          "0 Succeed.",
          {"POST " + integrated +
           "/Volumes/Disk.Virtual.0:RAID.Integrated.1-1/Actions/Volume.Initialize 204"}},
+        // Functions the tree does not offer: refused, nothing sent.
+        {{"ekm", "--mode", "local", "--ctrl", "1", "-y"},
+         "106 Function isn't supported on the target device.",
+         {}},
+        {{"envol", "--mode", "enable", "--ctrl", "1", "-y"},
+         "106 Function isn't supported on the target device.",
+         {}},
+        {{"fwdeviceorder", "--mode", "enabled", "--ctrl", "1", "-y"},
+         "106 Function isn't supported on the target device.",
+         {}},
+        {{"changemode", "--ctrl", "1", "--connector", "0", "--mode", "hba", "-y"},
+         "25 Function is not supported on target system.",
+         {}},
         // No ResetToDefaults here: the volume goes, and so does the spare; the JBOD disks stay.
         {{"clear", "--ctrl", "1", "-y"},
          "0 Succeed.",

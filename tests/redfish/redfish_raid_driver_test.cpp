@@ -368,12 +368,46 @@ TEST_F(RedfishDriverTest, ARealBmcEncryptsEachVolumeWithTheStandardProperty) {
         volume.erase("Oem");
     }
     Serve(real);
+    redfish::RedfishEncryptionDriver off(*connection);
+    std::string message;
+    EXPECT_EQ(off.EnableEncryption(0, {}, message), RAID_OPERATION_FAILED)
+        << "judged first, as the simulated machine judges it";
+    EXPECT_EQ(message, "key management is off: turn it to local or external first");
+    EXPECT_EQ(Writes(), 0U);
+
+    bmc = std::make_shared<FakeBmc>();
+    real.storage["EncryptionMode"] = "UseLocalKey";
+    Serve(real);
     bmc->On("PATCH", kLsi + "/Volumes/0", Json(204, ""));
     redfish::RedfishEncryptionDriver encryption(*connection);
-    std::string message;
     EXPECT_EQ(encryption.EnableEncryption(0, {}, message), RAID_OK);
     EXPECT_EQ(Body(Last("PATCH")), (json{{"Encrypted", true}}));
     EXPECT_EQ(message, " 1 volume newly encrypted.");
+}
+
+TEST_F(RedfishDriverTest, AKeyManagementChangeOnARealBmcSendsOnlyTheStandardProperty) {
+    bmc = std::make_shared<FakeBmc>();
+    raidcfg_test::CannedStorage real = raidcfg_test::EmulatedLsi();
+    real.storage.erase("Oem");
+    real.controller.erase("Oem");
+    Serve(real);
+    bmc->On("PATCH", kLsi, Json(204, ""));
+    redfish::RedfishEncryptionDriver encryption(*connection);
+    std::string message;
+    EXPECT_EQ(encryption.ChangeEKMMode(0, "none", message), RAID_OK_UNCHANGED);
+    EXPECT_EQ(Writes(), 0U) << "the mode stands already: nothing to send";
+    EXPECT_EQ(encryption.ChangeEKMMode(0, "remote", message), RAID_OPERATION_FAILED);
+    EXPECT_EQ(Writes(), 0U);
+    EXPECT_EQ(encryption.ChangeEKMMode(0, "LOCAL", message), RAID_OK) << message;
+    EXPECT_EQ(Body(Last("PATCH")), (json{{"EncryptionMode", "UseLocalKey"}})) << "no Oem";
+
+    bmc = std::make_shared<FakeBmc>();
+    real.storage.erase("EncryptionMode");
+    Serve(real);
+    redfish::RedfishEncryptionDriver none(*connection);
+    EXPECT_EQ(none.ChangeEKMMode(0, "local", message), RAID_DEVICE_UNSUPPORTED);
+    EXPECT_EQ(message, "the controller has no key management");
+    EXPECT_EQ(Writes(), 0U);
 }
 
 } // namespace
