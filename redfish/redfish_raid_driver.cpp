@@ -516,7 +516,15 @@ RedfishRaidDriver::Code RedfishRaidDriver::FastInit(int controller, int volume,
                 listed != links.initialize_targets.end() && !listed->second.empty()
                     ? listed->second
                     : BmcAccess::VolumePath(links, volume) + "/Actions/Volume.Initialize";
-            return BmcAccess::Outcome(client.Post(target, json{{"InitializeType", "Fast"}}), text);
+            const Code code =
+                BmcAccess::Outcome(client.Post(target, json{{"InitializeType", "Fast"}}), text);
+            if (code == RAID_TARGET_NOT_FOUND && !links.ours &&
+                links.volume_paths.count(volume) != 0) {
+                // The volume is there; it is the action the BMC does not serve where it said.
+                text = NotOffered("Volume.Initialize at " + target) + " (" + text + ")";
+                return RAID_DEVICE_UNSUPPORTED;
+            }
+            return code;
         });
 }
 

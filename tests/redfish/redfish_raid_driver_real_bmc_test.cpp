@@ -129,6 +129,19 @@ TEST_F(RealBmcDriverTest, FastInitGoesToTheTargetTheVolumeLists) {
               std::vector<std::string>({"POST " + target + " {\"InitializeType\":\"Fast\"}"}));
 }
 
+TEST_F(RealBmcDriverTest, AnInitializeTargetTheBmcDoesNotServeIsNotAMissingVolume) {
+    const std::string target = "/redfish/v1/Systems/3/Volumes/1/Actions/Volume.Initialize";
+    tree.resources[RealBmcTree::VolumePath("Mirror")]["Actions"] = {
+        {"#Volume.Initialize", {{"target", target}}}};
+    redfish::RedfishRaidDriver driver = Driver();
+    std::string error;
+    EXPECT_EQ(driver.FastInit(0, 1, error), RAID_DEVICE_UNSUPPORTED);
+    EXPECT_EQ(error, "the BMC does not offer Volume.Initialize at " + target +
+                         " (BMC 10.0.0.5: "
+                         "HTTP 404 on POST " +
+                         target + ": The resource at the URI " + target + " was not found.)");
+}
+
 TEST_F(RealBmcDriverTest, MakeGoodOfAJbodDiskDeletesOnlyItsOwnPassThroughVolume) {
     bmc->On("DELETE", RealBmcTree::VolumePath("Raw"), raidcfg_test::Status(204));
     redfish::RedfishRaidDriver driver = Driver();
