@@ -88,7 +88,7 @@ std::vector<json> MembersOf(const json& collection_or_array) {
     return members;
 }
 
-// The id of a Drive or Volume: ours, else its Id when that is a number, else its position.
+// The id of a Volume: ours, else its Id when that is a number, else its position.
 int ResourceId(const json& resource, int position) {
     const json& oem = W::Oem(resource);
     if (Has(oem, "Id") && oem["Id"].is_number_integer()) {
