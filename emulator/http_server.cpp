@@ -1,7 +1,11 @@
 #include "emulator/http_server.hpp"
 
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <thread>
+
+#include <sys/socket.h>
 
 #include "emulator/counting_task_queue.hpp"
 #include "emulator/httplib_include.hpp"
@@ -79,6 +83,13 @@ bool HttpServer::Bind(std::string& error) {
     server_->Patch(any, handler);
     server_->Delete(any, handler);
     server_->Put(any, handler);
+    // Address reuse lets a restarted emulator take its port back at once; port reuse is left
+    // off, so that a port another server listens on is refused instead of shared with it.
+    server_->set_socket_options([](int socket) {
+        const int yes = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+    });
+    errno = 0;
     if (options_.port == 0) {
         port_ = server_->bind_to_any_port(options_.host);
     } else if (server_->bind_to_port(options_.host, options_.port)) {
@@ -86,8 +97,12 @@ bool HttpServer::Bind(std::string& error) {
     } else {
         port_ = -1;
     }
+    const int bind_error = errno;
     if (port_ <= 0) {
         error = "cannot listen on " + options_.host + ":" + std::to_string(options_.port);
+        if (bind_error != 0) {
+            error += std::string(": ") + std::strerror(bind_error);
+        }
         return false;
     }
     return true;

@@ -176,6 +176,29 @@ TEST_F(EmulatorProcessTest, BadArgumentsExitWithFiveAndOneLine) {
     }
 }
 
+TEST_F(EmulatorProcessTest, APortAnotherEmulatorListensOnIsRefused) {
+    EmulatorProcess first(dir_.path(), {"--machine", machine_});
+    const int port = Port(first);
+    ASSERT_GT(port, 0);
+    raidcfg_test::TempDir other;
+    EmulatorProcess second(
+        other.path(), {"--machine", machine_, "--listen", "127.0.0.1:" + std::to_string(port)});
+    if (!second.FirstLine().empty()) {
+        second.Stop(SIGTERM);
+        FAIL() << "a second server took the port: the two would split the requests";
+    }
+    EXPECT_EQ(second.Wait(), 1);
+    EXPECT_EQ(second.Stdout(), "");
+    EXPECT_EQ(second.Stderr(), "raidcfg-bmc: cannot listen on 127.0.0.1:" + std::to_string(port) +
+                                   ": Address already in use\n");
+    // The first one still answers every request.
+    httplib::Client client("127.0.0.1", port);
+    const auto root = client.Get("/redfish/v1");
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->status, 200);
+    EXPECT_EQ(first.Stop(SIGTERM), 0);
+}
+
 TEST_F(EmulatorProcessTest, UnusableMachineFileIsNamed) {
     raidcfg_test::WriteFile(machine_, R"({"controllers": [{"family": "OOB_LSI"}]})");
     EmulatorProcess process(dir_.path(), {"--machine", machine_});
