@@ -73,7 +73,10 @@ HttpResponse MockupService::Handle(const HttpRequest& request) {
     std::string path;
     std::string query;
     RequestText::SplitTarget(request.target, path, query);
-    HttpResponse response = Dispatch(request, MockupTree::Key(path), query);
+    std::optional<HttpResponse> refusal = RedfishErrors::Protocol(
+        request.Header("OData-Version"), RequestText::QueryNames(query), std::nullopt);
+    HttpResponse response =
+        refusal ? std::move(*refusal) : Dispatch(request, MockupTree::Key(path), query);
     if (!HasHeader(response, "OData-Version")) {
         response.headers.emplace_back("OData-Version", "4.0");
     }

@@ -92,6 +92,25 @@ HttpResponse RedfishErrors::ExpandNotSupported(std::optional<int> code) {
                  code);
 }
 
+std::optional<HttpResponse> RedfishErrors::Protocol(const std::string& odata_version,
+                                                    const std::vector<std::string>& query_names,
+                                                    std::optional<int> code) {
+    if (!odata_version.empty() && odata_version != "4.0") {
+        return Error(412, "Base.1.8.PreconditionFailed",
+                     "The OData-Version " + odata_version +
+                         " is not supported; this service supports 4.0.",
+                     code);
+    }
+    for (const std::string& name : query_names) {
+        if (!name.empty() && name.front() == '$' && name != "$expand") {
+            return Error(501, "Base.1.8.QueryNotSupported",
+                         "The query parameter " + name + " is not supported by this service.",
+                         code);
+        }
+    }
+    return std::nullopt;
+}
+
 HttpResponse RedfishErrors::BadExpand(const std::string& value, std::optional<int> code) {
     return Error(400, "Base.1.8.QueryParameterValueFormatError",
                  "The value " + value + " of $expand is not supported.", code);

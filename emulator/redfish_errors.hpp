@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "emulator/http_response.hpp"
 
@@ -27,6 +28,12 @@ public:
     static HttpResponse PreconditionFailed(std::optional<int> code);
     static HttpResponse PropertyMissing(const std::string& name, std::optional<int> code);
     static HttpResponse ExpandNotSupported(std::optional<int> code);
+    // What the protocol asks before a request is served: 412 for an OData-Version other than
+    // 4.0, 501 for a "$" query option the service does not implement (all but $expand);
+    // nothing when the request may go on.
+    static std::optional<HttpResponse> Protocol(const std::string& odata_version,
+                                                const std::vector<std::string>& query_names,
+                                                std::optional<int> code);
     static HttpResponse BadExpand(const std::string& value, std::optional<int> code);
     static HttpResponse ActionNotSupported(const std::string& action, const std::string& owner,
                                            std::optional<int> code);

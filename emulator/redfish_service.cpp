@@ -70,6 +70,10 @@ HttpResponse RedfishService::Handle(const HttpRequest& request) {
     if (!store_->Read(machine, error)) {
         response =
             RedfishErrors::Error(500, "Base.1.8.InternalError", error, rc::RAID_INTERNAL_ERROR);
+    } else if (auto refusal = RedfishErrors::Protocol(request.Header("OData-Version"),
+                                                      RequestText::QueryNames(query),
+                                                      rc::RAID_OPERATION_FAILED)) {
+        response = std::move(*refusal);
     } else {
         response = Dispatch(request, path, query, machine);
     }

@@ -119,6 +119,24 @@ std::optional<std::string> RequestText::QueryValue(const std::string& query,
     return std::nullopt;
 }
 
+std::vector<std::string> RequestText::QueryNames(const std::string& query) {
+    std::vector<std::string> names;
+    std::size_t start = 0;
+    while (start < query.size()) {
+        const std::size_t amp = query.find('&', start);
+        const std::string pair =
+            query.substr(start, amp == std::string::npos ? std::string::npos : amp - start);
+        if (!pair.empty()) {
+            names.push_back(DecodeQuery(pair.substr(0, pair.find('='))));
+        }
+        if (amp == std::string::npos) {
+            break;
+        }
+        start = amp + 1;
+    }
+    return names;
+}
+
 std::optional<std::string> RequestText::BasicCredentials(const std::string& authorization) {
     const std::string basic = "Basic ";
     if (authorization.rfind(basic, 0) != 0) {

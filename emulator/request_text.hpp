@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace emulator {
 
@@ -18,6 +19,8 @@ public:
     static std::string EncodePath(const std::string& text);
     // The value of one query option ("$expand"), decoded; nothing when absent.
     static std::optional<std::string> QueryValue(const std::string& query, const std::string& name);
+    // The names of the query options, decoded, in order ("$expand", "$top", ...).
+    static std::vector<std::string> QueryNames(const std::string& query);
     // The "user:password" of a Basic Authorization header value; nothing when it is not one.
     static std::optional<std::string> BasicCredentials(const std::string& authorization);
 };

@@ -176,7 +176,7 @@ json ResourceBuilder::ServiceRoot() const {
     root["Systems"] = Reference("/redfish/v1/Systems");
     root["Managers"] = Reference("/redfish/v1/Managers");
     root["SessionService"] = Reference("/redfish/v1/SessionService");
-    root["TaskService"] = Reference("/redfish/v1/TaskService");
+    root["Tasks"] = Reference("/redfish/v1/TaskService");
     root["Links"] = {{"Sessions", Reference("/redfish/v1/SessionService/Sessions")}};
     json features = {{"SelectQuery", false},
                      {"FilterQuery", false},

@@ -35,9 +35,10 @@ TEST_F(MockupReadTest, RedfishNamesVersionOne) {
 TEST_F(MockupReadTest, GetAnswersTheResourceAsRecorded) {
     const json recorded = Recorded("short", "Systems/Sys.1/Storage/RAIDIntegrated/index.json");
     EXPECT_EQ(GetJson(kStorage), recorded);
-    // Matched after percent-decoding and without one trailing slash; other queries ignored.
+    // Matched after percent-decoding and without one trailing slash; options that are not
+    // "$" query parameters are ignored.
     EXPECT_EQ(GetJson("/redfish/v1/Systems/Sys%2E1/Storage/RAIDIntegrated/"), recorded);
-    EXPECT_EQ(GetJson(std::string(kStorage) + "?$select=Id&$top=1"), recorded);
+    EXPECT_EQ(GetJson(std::string(kStorage) + "?only&excerpt"), recorded);
     EXPECT_EQ(Get(kStorage).Header("OData-Version"), "4.0");
 }
 
@@ -206,7 +207,18 @@ TEST_F(MockupReadTest, ExpandIsAnsweredNotImplementedWhenTheRootDoesNotOfferIt) 
     const emulator::HttpResponse response = Get("/redfish/v1/Systems?$expand=.");
     EXPECT_EQ(response.status, 501);
     EXPECT_EQ(MessageId(response), "Base.1.8.QueryNotSupported");
-    EXPECT_EQ(Get("/redfish/v1/Systems?$select=Name").status, 200);
+}
+
+TEST_F(MockupReadTest, AQueryParameterTheServiceDoesNotImplementIsNotImplemented) {
+    const emulator::HttpResponse response = Get("/redfish/v1/Systems?$select=Name");
+    EXPECT_EQ(response.status, 501);
+    EXPECT_EQ(MessageId(response), "Base.1.8.QueryNotSupported");
+    EXPECT_EQ(Get("/redfish/v1/Systems?$top=1&$expand=.").status, 501);
+}
+
+TEST_F(MockupReadTest, AnOtherODataVersionIsAPreconditionFailure) {
+    EXPECT_EQ(Send("GET", "/redfish/v1", "", {{"OData-Version", "4.1"}}).status, 412);
+    EXPECT_EQ(Send("GET", "/redfish/v1", "", {{"OData-Version", "4.0"}}).status, 200);
 }
 
 TEST_F(MockupReadTest, BadExpandValueIsABadRequest) {

@@ -72,6 +72,33 @@ TEST_F(EmulatorReadTest, ServiceRootIsOpenAndAdvertisesExpand) {
     raidcfg_test::ExpectGolden(RAIDCFG_TEST_DATA_DIR, "service_root.json", root.dump(2) + "\n");
 }
 
+TEST_F(EmulatorReadTest, TheRootNamesItsTaskServiceTasksAsTheSchemaDoes) {
+    const json root = json::parse(Send("GET", "/redfish/v1", "", {}).body);
+    EXPECT_EQ(root["Tasks"]["@odata.id"], "/redfish/v1/TaskService");
+    EXPECT_FALSE(root.contains("TaskService"));
+}
+
+TEST_F(EmulatorReadTest, AQueryParameterTheServiceDoesNotImplementIsNotImplemented) {
+    const emulator::HttpResponse response = Get("/redfish/v1/Systems?$select=Name");
+    EXPECT_EQ(response.status, 501);
+    EXPECT_EQ(json::parse(response.body)["error"]["@Message.ExtendedInfo"][0]["MessageId"],
+              "Base.1.8.QueryNotSupported");
+    EXPECT_EQ(Get("/redfish/v1/Systems?$filter=Id%20eq%201").status, 501);
+    EXPECT_EQ(Get("/redfish/v1/Systems?$expand=.").status, 200);
+}
+
+TEST_F(EmulatorReadTest, AnOtherODataVersionIsAPreconditionFailure) {
+    const emulator::HttpResponse response = Send(
+        "GET", "/redfish/v1/Systems", "", {{"Authorization", kBasic}, {"OData-Version", "4.1"}});
+    EXPECT_EQ(response.status, 412);
+    EXPECT_EQ(json::parse(response.body)["error"]["@Message.ExtendedInfo"][0]["Message"],
+              "The OData-Version 4.1 is not supported; this service supports 4.0.");
+    EXPECT_EQ(Send("GET", "/redfish/v1/Systems", "",
+                   {{"Authorization", kBasic}, {"OData-Version", "4.0"}})
+                  .status,
+              200);
+}
+
 TEST_F(EmulatorReadTest, NoExpandHidesExpandAndAnswers501) {
     Restart(false);
     const json root = GetJson("/redfish/v1");
