@@ -118,6 +118,9 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
         response.status = 204;
         return response;
     }
+    if (method == "POST" && path == ResourceBuilder::kSystemReset) {
+        return ResetSystem(request.body);
+    }
     // Writes below a Storage resource; the owner of an action is the resource before /Actions.
     const bool storage = s.size() >= 6 && s[0] == "redfish" && s[1] == "v1" && s[2] == "Systems" &&
                          s[3] == "1" && s[4] == "Storage";
@@ -147,6 +150,28 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
         return NotAllowed(method, path);
     }
     return NotFound(path);
+}
+
+HttpResponse RedfishService::ResetSystem(const std::string& body) {
+    const json request = json::parse(body.empty() ? std::string("{}") : body, nullptr, false);
+    if (request.is_discarded() || !request.is_object()) {
+        return RedfishErrors::MalformedJson(rc::RAID_OPERATION_FAILED);
+    }
+    if (!request.contains("ResetType") || !request["ResetType"].is_string()) {
+        return RedfishErrors::PropertyMissing("ResetType", rc::RAID_OPERATION_FAILED);
+    }
+    const std::string type = request["ResetType"].get<std::string>();
+    const std::vector<std::string>& types = ResourceBuilder::SystemResetTypes();
+    if (std::find(types.begin(), types.end(), type) == types.end()) {
+        return RedfishErrors::Error(400, "Base.1.8.ActionParameterValueNotInList",
+                                    "The value " + type +
+                                        " of ResetType is not one the reset takes.",
+                                    rc::RAID_OPERATION_FAILED);
+    }
+    // Intended: accepted and nothing changes, since a simulated server has no power to cycle.
+    HttpResponse response;
+    response.status = 204;
+    return response;
 }
 
 HttpResponse RedfishService::Get(const HttpRequest& request, const std::string& path,

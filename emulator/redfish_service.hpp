@@ -39,6 +39,8 @@ private:
     HttpResponse Get(const HttpRequest& request, const std::string& path, const std::string& query,
                      const sim::Machine& machine);
     HttpResponse Login(const std::string& body, const sim::Machine& machine);
+    // ComputerSystem.Reset: its ResetType checked, then accepted.
+    static HttpResponse ResetSystem(const std::string& body);
     HttpResponse TaskMonitor(int task, const sim::Machine& machine);
     // Any resource of the service at path, with its @odata.etag; empty when there is none.
     std::optional<nlohmann::json> Resolve(const std::string& path,

@@ -193,6 +193,12 @@ json ResourceBuilder::ServiceRoot() const {
     return root;
 }
 
+const std::vector<std::string>& ResourceBuilder::SystemResetTypes() {
+    static const std::vector<std::string> types = {"On", "ForceOff", "GracefulShutdown",
+                                                   "GracefulRestart", "ForceRestart"};
+    return types;
+}
+
 json ResourceBuilder::System() const {
     json system = Head("/redfish/v1/Systems/1", "#ComputerSystem.v1_20_0.ComputerSystem");
     system["Id"] = "1";
@@ -201,6 +207,16 @@ json ResourceBuilder::System() const {
     system["Status"] = Enabled();
     system["Storage"] = Reference(kStorageRoot);
     system["Links"] = {{"ManagedBy", json::array({Reference("/redfish/v1/Managers/1")})}};
+    system["PowerState"] = "On";
+    // What generic clients expect of every ComputerSystem. A reset is accepted and changes
+    // nothing: the simulated server has no power to cycle.
+    system["Boot"] = {{"BootSourceOverrideEnabled", "Disabled"},
+                      {"BootSourceOverrideTarget", "None"},
+                      {"BootSourceOverrideTarget@Redfish.AllowableValues",
+                       json::array({"None", "Pxe", "Hdd", "Cd", "BiosSetup"})}};
+    system["Actions"] = {{"#ComputerSystem.Reset",
+                          {{"target", std::string(kSystemReset)},
+                           {"ResetType@Redfish.AllowableValues", json(SystemResetTypes())}}}};
     return system;
 }
 

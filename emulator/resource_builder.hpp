@@ -15,6 +15,10 @@ namespace emulator {
 class ResourceBuilder {
 public:
     static constexpr const char* kStorageRoot = "/redfish/v1/Systems/1/Storage";
+    static constexpr const char* kSystemReset =
+        "/redfish/v1/Systems/1/Actions/ComputerSystem.Reset";
+    // The ResetType values the system's reset takes.
+    static const std::vector<std::string>& SystemResetTypes();
 
     ResourceBuilder(const sim::Machine& machine, bool expand_supported);
 

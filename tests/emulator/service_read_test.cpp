@@ -78,6 +78,30 @@ TEST_F(EmulatorReadTest, TheRootNamesItsTaskServiceTasksAsTheSchemaDoes) {
     EXPECT_FALSE(root.contains("TaskService"));
 }
 
+TEST_F(EmulatorReadTest, TheSystemOffersAResetThatChangesNothingAndABootObject) {
+    const json system = GetJson("/redfish/v1/Systems/1");
+    EXPECT_EQ(system["Actions"]["#ComputerSystem.Reset"]["target"],
+              "/redfish/v1/Systems/1/Actions/ComputerSystem.Reset");
+    EXPECT_EQ(system["Boot"]["BootSourceOverrideEnabled"], "Disabled");
+    EXPECT_EQ(system["PowerState"], "On");
+    const std::string before = raidcfg_test::ReadFile(path_);
+    EXPECT_EQ(Post("/redfish/v1/Systems/1/Actions/ComputerSystem.Reset",
+                   json{{"ResetType", "ForceRestart"}})
+                  .status,
+              204);
+    EXPECT_EQ(raidcfg_test::ReadFile(path_), before);
+    EXPECT_EQ(Post("/redfish/v1/Systems/1/Actions/ComputerSystem.Reset", json{{"ResetType", "Nmi"}})
+                  .status,
+              400);
+    EXPECT_EQ(Post("/redfish/v1/Systems/1/Actions/ComputerSystem.Reset", json::object()).status,
+              400);
+    EXPECT_EQ(Send("POST", "/redfish/v1/Systems/1/Actions/ComputerSystem.Reset",
+                   R"({"ResetType": "On"})", {})
+                  .status,
+              401)
+        << "only for an authenticated client";
+}
+
 TEST_F(EmulatorReadTest, AQueryParameterTheServiceDoesNotImplementIsNotImplemented) {
     const emulator::HttpResponse response = Get("/redfish/v1/Systems?$select=Name");
     EXPECT_EQ(response.status, 501);
