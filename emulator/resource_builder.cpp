@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "emulator/account_resources.hpp"
 #include "emulator/redfish_names.hpp"
 
 namespace emulator {
@@ -28,18 +29,6 @@ std::string VolumeUri(const sim::Controller& controller, const std::string& id) 
 
 std::string PassThroughId(int disk) {
     return "PassThrough-" + std::to_string(disk);
-}
-
-json Collection(const std::string& uri, const std::string& type, const std::string& name,
-                const std::vector<std::string>& members) {
-    json body = ResourceBuilder::Head(uri, type);
-    body["Name"] = name;
-    body["Members"] = json::array();
-    for (const std::string& member : members) {
-        body["Members"].push_back(ResourceBuilder::Reference(member));
-    }
-    body["Members@odata.count"] = members.size();
-    return body;
 }
 
 json Enabled() {
@@ -131,6 +120,18 @@ const sim::Controller* ResourceBuilder::FindStorage(const sim::Machine& machine,
     return nullptr;
 }
 
+json ResourceBuilder::Collection(const std::string& uri, const std::string& type,
+                                 const std::string& name, const std::vector<std::string>& members) {
+    json body = Head(uri, type);
+    body["Name"] = name;
+    body["Members"] = json::array();
+    for (const std::string& member : members) {
+        body["Members"].push_back(Reference(member));
+    }
+    body["Members@odata.count"] = members.size();
+    return body;
+}
+
 std::optional<json> ResourceBuilder::Build(const std::string& path) const {
     const std::vector<std::string> s = Segments(path);
     if (s.size() < 2 || s[0] != "redfish" || s[1] != "v1") {
@@ -156,6 +157,9 @@ std::optional<json> ResourceBuilder::Build(const std::string& path) const {
         }
         return std::nullopt;
     }
+    if (s[2] == "AccountService") {
+        return AccountResources(machine_.bmc).Build(s);
+    }
     if (s[2] == "Managers") {
         if (s.size() == 3) {
             return Collection("/redfish/v1/Managers", "#ManagerCollection.ManagerCollection",
@@ -176,6 +180,7 @@ json ResourceBuilder::ServiceRoot() const {
     root["Systems"] = Reference("/redfish/v1/Systems");
     root["Managers"] = Reference("/redfish/v1/Managers");
     root["SessionService"] = Reference("/redfish/v1/SessionService");
+    root["AccountService"] = Reference(AccountResources::kRoot);
     root["Tasks"] = Reference("/redfish/v1/TaskService");
     root["Links"] = {{"Sessions", Reference("/redfish/v1/SessionService/Sessions")}};
     json features = {{"SelectQuery", false},

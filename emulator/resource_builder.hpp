@@ -27,6 +27,10 @@ public:
 
     // {"@odata.id": uri}
     static nlohmann::json Reference(const std::string& uri);
+    // A collection of type ("#DriveCollection.DriveCollection") with references to members.
+    static nlohmann::json Collection(const std::string& uri, const std::string& type,
+                                     const std::string& name,
+                                     const std::vector<std::string>& members);
     // @odata.id, @odata.type and @odata.context of a resource of type ("#Drive.v1_17_0.Drive").
     static nlohmann::json Head(const std::string& uri, const std::string& type);
     // The served controller with that Storage id ("OOB_LSI-0"), or nullptr.

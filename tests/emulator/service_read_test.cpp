@@ -102,6 +102,32 @@ TEST_F(EmulatorReadTest, TheSystemOffersAResetThatChangesNothingAndABootObject) 
         << "only for an authenticated client";
 }
 
+TEST_F(EmulatorReadTest, TheAccountServiceHoldsTheMachinesAccountAndThePredefinedRoles) {
+    const json root = json::parse(Send("GET", "/redfish/v1", "", {}).body);
+    EXPECT_EQ(root["AccountService"]["@odata.id"], "/redfish/v1/AccountService");
+    const json service = GetJson("/redfish/v1/AccountService");
+    EXPECT_EQ(service["Accounts"]["@odata.id"], "/redfish/v1/AccountService/Accounts");
+    const json accounts = GetJson("/redfish/v1/AccountService/Accounts");
+    ASSERT_EQ(accounts["Members"].size(), 1U);
+    const json account = GetJson("/redfish/v1/AccountService/Accounts/1");
+    EXPECT_EQ(account["UserName"], "admin");
+    EXPECT_EQ(account["RoleId"], "Administrator");
+    EXPECT_TRUE(account["Password"].is_null()) << "the password is never shown";
+    EXPECT_EQ(Get("/redfish/v1/AccountService/Accounts/1").body.find("secret"), std::string::npos);
+    const json roles = GetJson("/redfish/v1/AccountService/Roles");
+    EXPECT_EQ(roles["Members@odata.count"], 3);
+    for (const char* id : {"Administrator", "Operator", "ReadOnly"}) {
+        const json role = GetJson(std::string("/redfish/v1/AccountService/Roles/") + id);
+        EXPECT_EQ(role["RoleId"], id);
+        EXPECT_TRUE(role["IsPredefined"].get<bool>());
+    }
+    EXPECT_EQ(
+        json::parse(Get("/redfish/v1/AccountService/Roles/ReadOnly").body)["AssignedPrivileges"],
+        json::array({"Login", "ConfigureSelf"}));
+    EXPECT_EQ(Get("/redfish/v1/AccountService/Roles/Guest").status, 404);
+    EXPECT_EQ(Send("GET", "/redfish/v1/AccountService", "", {}).status, 401);
+}
+
 TEST_F(EmulatorReadTest, AQueryParameterTheServiceDoesNotImplementIsNotImplemented) {
     const emulator::HttpResponse response = Get("/redfish/v1/Systems?$select=Name");
     EXPECT_EQ(response.status, 501);
