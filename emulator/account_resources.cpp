@@ -44,7 +44,10 @@ std::optional<json> AccountResources::Build(const std::vector<std::string>& s) c
         if (s.size() == 4) {
             std::vector<std::string> members;
             for (const auto& role : PredefinedRoles()) {
-                members.push_back(kRoles + "/" + role.first);
+                std::string uri = kRoles;
+                uri += "/";
+                uri += role.first;
+                members.push_back(uri);
             }
             return ResourceBuilder::Collection(kRoles, "#RoleCollection.RoleCollection",
                                                "Roles Collection", members);
@@ -85,7 +88,10 @@ json AccountResources::Account() const {
 std::optional<json> AccountResources::Role(const std::string& id) {
     for (const auto& [name, privileges] : PredefinedRoles()) {
         if (name == id) {
-            json role = ResourceBuilder::Head(kRoles + "/" + name, "#Role.v1_3_1.Role");
+            std::string uri = kRoles;
+            uri += "/";
+            uri += name;
+            json role = ResourceBuilder::Head(uri, "#Role.v1_3_1.Role");
             role["Id"] = name;
             role["Name"] = name + " Role";
             role["RoleId"] = name;
