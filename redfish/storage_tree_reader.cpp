@@ -639,7 +639,7 @@ RedfishStatus StorageTreeReader::Manager(ManagerInfo& info) {
         return {};
     }
     RedfishStatus status;
-    if (manager_path_.empty()) {
+    if (!discovered_) {
         status = Discover();
     }
     std::string path = manager_path_;
@@ -737,6 +737,7 @@ RedfishStatus StorageTreeReader::Discover() {
     }
     members_ = std::move(found);
     manager_path_ = manager;
+    discovered_ = true;
     return {};
 }
 
@@ -749,7 +750,7 @@ RedfishStatus StorageTreeReader::Load(std::shared_ptr<const StorageTree>& tree) 
         return failure_;
     }
     RedfishStatus status;
-    if (members_.empty()) {
+    if (!discovered_) {
         status = Discover();
         if (!status.ok()) {
             return status;

@@ -119,8 +119,9 @@ private:
     std::shared_ptr<RedfishClient> client_;
     std::string system_;
     RedfishStatus failure_;
-    std::vector<StoragePlace> members_;              // every Storage resource, once found
-    std::string manager_path_;                       // the Manager the first system names
+    std::vector<StoragePlace> members_; // every Storage resource, once found
+    std::string manager_path_;          // the Manager the first system names
+    bool discovered_ = false;           // members_ and manager_path_ hold what Discover found
     std::map<std::string, nlohmann::json> storages_; // each Storage as read, expanded
     std::shared_ptr<const StorageTree> tree_;
     std::optional<ManagerInfo> manager_;
