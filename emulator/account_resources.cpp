@@ -79,6 +79,7 @@ json AccountResources::Account() const {
     // Intended: the password is never shown, as the standard asks of every service.
     account["Password"] = nullptr;
     account["RoleId"] = "Administrator";
+    account["AccountTypes"] = json::array({"Redfish"});
     account["Enabled"] = true;
     account["Locked"] = false;
     account["Links"] = {{"Role", ResourceBuilder::Reference(kRoles + "/Administrator")}};

@@ -112,6 +112,7 @@ TEST_F(EmulatorReadTest, TheAccountServiceHoldsTheMachinesAccountAndThePredefine
     const json account = GetJson("/redfish/v1/AccountService/Accounts/1");
     EXPECT_EQ(account["UserName"], "admin");
     EXPECT_EQ(account["RoleId"], "Administrator");
+    EXPECT_EQ(account["AccountTypes"], json::array({"Redfish"})) << "required by the schema";
     EXPECT_TRUE(account["Password"].is_null()) << "the password is never shown";
     EXPECT_EQ(Get("/redfish/v1/AccountService/Accounts/1").body.find("secret"), std::string::npos);
     const json roles = GetJson("/redfish/v1/AccountService/Roles");
