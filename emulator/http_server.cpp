@@ -1,119 +1,142 @@
 #include "emulator/http_server.hpp"
 
-#include <cerrno>
-#include <chrono>
-#include <cstring>
+#include <optional>
 #include <thread>
+#include <vector>
 
-#include <sys/socket.h>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/ssl/context.hpp>
+#include <boost/asio/strand.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/ssl/ssl_stream.hpp>
 
-#include "emulator/counting_task_queue.hpp"
-#include "emulator/httplib_include.hpp"
+#include "emulator/http_connection.hpp"
 
 namespace emulator {
 
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+using tcp = asio::ip::tcp;
+
 namespace {
 
-// Enough for a whole run of raidcfg on one connection.
-constexpr std::size_t kKeepAliveRequests = 100000;
-constexpr time_t kKeepAliveSeconds = 30;
+// Requests wait on the service's lock and on --latency-ms timers, not on these threads; a few
+// let a slow answer (a large machine file) not hold up the other connections.
+constexpr unsigned kThreads = 4;
 
 } // namespace
 
+// The sockets side: declared in this file so that the header stays free of Asio.
+struct HttpServer::Network {
+    std::optional<asio::ssl::context> tls;
+    asio::io_context io{static_cast<int>(kThreads)};
+    // Accepting and closing run on one strand, so that Stop never closes the acceptor under an
+    // accept that is being started on another thread.
+    tcp::acceptor acceptor{asio::make_strand(io)};
+};
+
 HttpServer::HttpServer(RequestHandler& service, const EmulatorOptions& options, RequestLog* log)
-    : service_(service), options_(options), log_(log) {}
+    : service_(service), options_(options), log_(log), network_(std::make_unique<Network>()) {}
 
 HttpServer::~HttpServer() = default;
 
 bool HttpServer::Bind(std::string& error) {
+    beast::error_code failed;
     if (!options_.tls_cert.empty()) {
-        server_ = std::make_unique<httplib::SSLServer>(options_.tls_cert.c_str(),
-                                                       options_.tls_key.c_str());
-        if (!server_->is_valid()) {
+        network_->tls.emplace(asio::ssl::context::tls_server);
+        asio::ssl::context& tls = *network_->tls;
+        tls.set_options(asio::ssl::context::default_workarounds | asio::ssl::context::no_sslv2 |
+                        asio::ssl::context::no_sslv3 | asio::ssl::context::no_tlsv1 |
+                        asio::ssl::context::no_tlsv1_1);
+        tls.use_certificate_chain_file(options_.tls_cert, failed);
+        if (!failed) {
+            tls.use_private_key_file(options_.tls_key, asio::ssl::context::pem, failed);
+        }
+        if (failed) {
             error = "cannot use the TLS certificate '" + options_.tls_cert + "' with key '" +
                     options_.tls_key + "'";
             return false;
         }
-    } else {
-        server_ = std::make_unique<httplib::Server>();
     }
-    server_->new_task_queue = [this] {
-        return new CountingTaskQueue(connections_, CPPHTTPLIB_THREAD_POOL_COUNT);
-    };
-    // Answers go out at once: with Nagle's algorithm each answer after the first on a kept-alive
-    // connection waited for the client's delayed acknowledgement, some 40 ms a request.
-    server_->set_tcp_nodelay(true);
-    server_->set_keep_alive_max_count(kKeepAliveRequests);
-    server_->set_keep_alive_timeout(kKeepAliveSeconds);
-    const auto handler = [this](const httplib::Request& request, httplib::Response& response) {
-        ++requests_;
-        HttpRequest in;
-        in.method = request.method;
-        in.target = request.target;
-        in.body = request.body;
-        for (const auto& [name, value] : request.headers) {
-            in.headers.emplace_back(name, value);
-        }
-        const HttpResponse out = service_.Handle(in);
-        if (log_ != nullptr) {
-            log_->Write(in.method, in.target, out.status);
-        }
-        if (options_.latency_ms > 0) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(options_.latency_ms));
-        }
-        response.status = out.status;
-        std::string content_type = "application/json";
-        for (const auto& [name, value] : out.headers) {
-            if (name == "Content-Type") {
-                content_type = value;
-            } else {
-                response.set_header(name, value);
-            }
-        }
-        if (!out.body.empty()) {
-            response.set_content(out.body, content_type);
-        } else if (in.method == "HEAD" && !out.Header("Content-Type").empty()) {
-            // A HEAD answer carries the headers of the GET, its type included.
-            response.set_header("Content-Type", content_type);
-        }
-    };
-    const std::string any = ".*";
-    server_->Get(any, handler);
-    server_->Post(any, handler);
-    server_->Patch(any, handler);
-    server_->Delete(any, handler);
-    server_->Put(any, handler);
-    // Address reuse lets a restarted emulator take its port back at once; port reuse is left
-    // off, so that a port another server listens on is refused instead of shared with it.
-    server_->set_socket_options([](int socket) {
-        const int yes = 1;
-        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
-    });
-    errno = 0;
-    if (options_.port == 0) {
-        port_ = server_->bind_to_any_port(options_.host);
-    } else if (server_->bind_to_port(options_.host, options_.port)) {
-        port_ = options_.port;
-    } else {
-        port_ = -1;
-    }
-    const int bind_error = errno;
-    if (port_ <= 0) {
-        error = "cannot listen on " + options_.host + ":" + std::to_string(options_.port);
-        if (bind_error != 0) {
-            error += std::string(": ") + std::strerror(bind_error);
-        }
+    const std::string where = options_.host + ":" + std::to_string(options_.port);
+    tcp::resolver resolver(network_->io);
+    const auto endpoints =
+        resolver.resolve(options_.host, std::to_string(options_.port),
+                         tcp::resolver::passive | tcp::resolver::numeric_service, failed);
+    if (failed || endpoints.empty()) {
+        error = "cannot listen on " + where + ": " + failed.message();
         return false;
     }
+    const tcp::endpoint endpoint = endpoints.begin()->endpoint();
+    tcp::acceptor& acceptor = network_->acceptor;
+    // Address reuse lets a restarted emulator take its port back at once; port reuse is left
+    // off, so that a port another server listens on is refused instead of shared with it.
+    acceptor.open(endpoint.protocol(), failed);
+    if (!failed) {
+        acceptor.set_option(asio::socket_base::reuse_address(true), failed);
+    }
+    if (!failed) {
+        acceptor.bind(endpoint, failed);
+    }
+    if (!failed) {
+        acceptor.listen(asio::socket_base::max_listen_connections, failed);
+    }
+    if (failed) {
+        error = "cannot listen on " + where + ": " + failed.message();
+        return false;
+    }
+    port_ = acceptor.local_endpoint().port();
     return true;
 }
 
+void HttpServer::Accept() {
+    network_->acceptor.async_accept(asio::make_strand(network_->io), [this](beast::error_code error,
+                                                                            tcp::socket socket) {
+        if (error) {
+            if (error != asio::error::operation_aborted && network_->acceptor.is_open()) {
+                Accept();
+            }
+            return;
+        }
+        ++connections_;
+        // Answers go out at once: with Nagle's algorithm each answer after the first on a
+        // kept-alive connection waits for the client's delayed acknowledgement.
+        beast::error_code ignored;
+        socket.set_option(tcp::no_delay(true), ignored);
+        const HttpConnectionContext context{service_, log_, options_.latency_ms, requests_};
+        if (network_->tls) {
+            std::make_shared<HttpConnection<beast::ssl_stream<beast::tcp_stream>>>(
+                beast::ssl_stream<beast::tcp_stream>(std::move(socket), *network_->tls), context)
+                ->Start();
+        } else {
+            std::make_shared<HttpConnection<beast::tcp_stream>>(
+                beast::tcp_stream(std::move(socket)), context)
+                ->Start();
+        }
+        Accept();
+    });
+}
+
 void HttpServer::Run() {
-    server_->listen_after_bind();
+    asio::post(network_->acceptor.get_executor(), [this] { Accept(); });
+    std::vector<std::thread> workers;
+    for (unsigned i = 1; i < kThreads; ++i) {
+        workers.emplace_back([this] { network_->io.run(); });
+    }
+    network_->io.run();
+    for (std::thread& worker : workers) {
+        worker.join();
+    }
 }
 
 void HttpServer::Stop() {
-    server_->stop();
+    asio::post(network_->acceptor.get_executor(), [this] {
+        beast::error_code ignored;
+        network_->acceptor.close(ignored);
+        network_->io.stop();
+    });
 }
 
 } // namespace emulator

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "emulator/httplib_include.hpp"
+#include "tests/emulator/httplib_include.hpp"
 #include "sim/demo_machine.hpp"
 #include "sim/machine_json.hpp"
 #include "tests/emulator/emulator_process.hpp"

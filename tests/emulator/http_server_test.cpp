@@ -8,7 +8,7 @@
 
 #include "emulator/emulator_options.hpp"
 #include "emulator/http_server.hpp"
-#include "emulator/httplib_include.hpp"
+#include "tests/emulator/httplib_include.hpp"
 #include "emulator/mockup_service.hpp"
 #include "emulator/mockup_tree.hpp"
 #include "emulator/redfish_service.hpp"
