@@ -5,6 +5,7 @@
 #include <strings.h>
 
 #include "emulator/expander.hpp"
+#include "emulator/protocol_headers.hpp"
 #include "emulator/redfish_errors.hpp"
 #include "emulator/request_text.hpp"
 #include "emulator/resource_etag.hpp"
@@ -73,10 +74,14 @@ HttpResponse MockupService::Handle(const HttpRequest& request) {
     std::string path;
     std::string query;
     RequestText::SplitTarget(request.target, path, query);
-    std::optional<HttpResponse> refusal = RedfishErrors::Protocol(
-        request.Header("OData-Version"), RequestText::QueryNames(query), std::nullopt);
-    HttpResponse response =
-        refusal ? std::move(*refusal) : Dispatch(request, MockupTree::Key(path), query);
+    std::optional<HttpResponse> refusal = ProtocolHeaders::UnknownMethod(request.method);
+    if (!refusal) {
+        refusal = RedfishErrors::Protocol(request.Header("OData-Version"),
+                                          RequestText::QueryNames(query), std::nullopt);
+    }
+    const std::string key = MockupTree::Key(path);
+    HttpResponse response = refusal ? std::move(*refusal) : Dispatch(request, key, query);
+    ProtocolHeaders::Complete(response, request.method, AllowedMethods(key));
     if (!HasHeader(response, "OData-Version")) {
         response.headers.emplace_back("OData-Version", "4.0");
     }
@@ -91,7 +96,7 @@ HttpResponse MockupService::Dispatch(const HttpRequest& request, const std::stri
     if (read && (path == "/redfish" || path == kServiceRoot)) {
         return Get(request, path, Authenticate(request) ? "" : query);
     }
-    if (method == "POST" && path == SessionsUri()) {
+    if (method == "POST" && (path == SessionsUri() || path == SessionsUri() + "/Members")) {
         return Login(request.body);
     }
     if (auto refusal = Authenticate(request)) {
@@ -153,6 +158,9 @@ HttpResponse MockupService::Get(const HttpRequest& request, const std::string& p
     }
     if (!HasHeader(response, "Content-Type")) {
         response.headers.emplace_back("Content-Type", "application/json");
+    }
+    if (!HasHeader(response, "Link")) {
+        ProtocolHeaders::Describe(response, *resource);
     }
     if (request.method != "HEAD") {
         response.body = body.dump();

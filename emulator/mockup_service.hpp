@@ -44,6 +44,8 @@ private:
 
     // Writes (mockup_service_write.cpp).
     HttpResponse Write(const HttpRequest& request, const std::string& path);
+    // The methods a URI takes, for the Allow header: what Write would carry out there.
+    std::string AllowedMethods(const std::string& path) const;
     HttpResponse AddMember(const std::string& collection, nlohmann::json body);
     HttpResponse Patch(const std::string& path, const nlohmann::json& body);
     HttpResponse Delete(const std::string& path);

@@ -151,6 +151,17 @@ HttpResponse MockupService::Write(const HttpRequest& request, const std::string&
     return Delete(path);
 }
 
+std::string MockupService::AllowedMethods(const std::string& path) const {
+    if (path.find(kActions) != std::string::npos) {
+        return "POST";
+    }
+    const json* resource = tree_.Find(path);
+    if (resource == nullptr || path == kServiceRoot) {
+        return "GET, HEAD";
+    }
+    return HasMembers(*resource) ? "GET, HEAD, POST, PATCH, DELETE" : "GET, HEAD, PATCH, DELETE";
+}
+
 std::string MockupService::ActionOwner(const std::string& path) const {
     std::string owner = path.substr(0, path.find(kActions));
     if (!tree_.Find(owner)) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "emulator/expander.hpp"
+#include "emulator/protocol_headers.hpp"
 #include "emulator/redfish_errors.hpp"
 #include "emulator/request_text.hpp"
 #include "emulator/resource_builder.hpp"
@@ -38,6 +39,31 @@ HttpResponse NotAllowed(const std::string& method, const std::string& path) {
     return RedfishErrors::NotAllowed(method, path, rc::RAID_OPERATION_FAILED);
 }
 
+// The methods a URI of this service takes, for the Allow header: reads everywhere, the writes
+// the write handlers serve, and POST alone on an action.
+std::string AllowedMethods(const std::string& path) {
+    const std::vector<std::string> s = ResourceBuilder::Segments(path);
+    if (path.find("/Actions/") != std::string::npos) {
+        return "POST";
+    }
+    const std::string last = s.empty() ? "" : s.back();
+    const std::string parent = s.size() < 2 ? "" : s[s.size() - 2];
+    if (last == "Sessions" || (last == "Members" && parent == "Sessions") || last == "Volumes") {
+        return "GET, HEAD, POST";
+    }
+    if (parent == "Sessions") {
+        return "GET, HEAD, DELETE";
+    }
+    if (parent == "Volumes") {
+        return "GET, HEAD, PATCH, DELETE";
+    }
+    if (parent == "Drives" || (parent == "Controllers" && s.size() > 5 && s[4] == "Storage") ||
+        (parent == "Storage" && s.size() == 6)) {
+        return "GET, HEAD, PATCH";
+    }
+    return "GET, HEAD";
+}
+
 std::optional<int> TaskNumber(const std::string& text) {
     if (text.empty() || text.size() > 9 ||
         !std::all_of(text.begin(), text.end(),
@@ -67,7 +93,9 @@ HttpResponse RedfishService::Handle(const HttpRequest& request) {
     sim::Machine machine;
     std::string error;
     HttpResponse response;
-    if (!store_->Read(machine, error)) {
+    if (auto unknown = ProtocolHeaders::UnknownMethod(request.method)) {
+        response = std::move(*unknown);
+    } else if (!store_->Read(machine, error)) {
         response =
             RedfishErrors::Error(500, "Base.1.8.InternalError", error, rc::RAID_INTERNAL_ERROR);
     } else if (auto refusal = RedfishErrors::Protocol(request.Header("OData-Version"),
@@ -77,6 +105,7 @@ HttpResponse RedfishService::Handle(const HttpRequest& request) {
     } else {
         response = Dispatch(request, path, query, machine);
     }
+    ProtocolHeaders::Complete(response, request.method, AllowedMethods(path));
     response.headers.emplace_back("OData-Version", "4.0");
     return response;
 }
@@ -100,7 +129,7 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
         }
         return Get(request, path, query, machine);
     }
-    if (method == "POST" && path == kSessions) {
+    if (method == "POST" && (path == kSessions || path == std::string(kSessions) + "/Members")) {
         return Login(request.body, machine);
     }
     if (auto refusal = Authenticate(request, machine)) {
@@ -210,6 +239,7 @@ HttpResponse RedfishService::Get(const HttpRequest& request, const std::string& 
         return response;
     }
     response.headers.emplace_back("Content-Type", "application/json");
+    ProtocolHeaders::Describe(response, *resource);
     if (request.method != "HEAD") {
         response.body = body.dump();
     }

@@ -381,5 +381,58 @@ TEST_F(EmulatorReadTest, UnknownPlacesAndMethods) {
     EXPECT_EQ(Post("/redfish/v1/Managers/1", json::object()).status, 405);
 }
 
+TEST_F(EmulatorReadTest, AMethodTheServiceDoesNotKnowIsNotImplementedWithARedfishError) {
+    const emulator::HttpResponse unknown = Send("FAKEMETHODFORTEST", "/redfish/v1");
+    EXPECT_EQ(unknown.status, 501);
+    const json error = json::parse(unknown.body);
+    EXPECT_EQ(error["error"]["code"], "Base.1.8.GeneralError");
+    EXPECT_EQ(error["error"]["message"],
+              "The HTTP method FAKEMETHODFORTEST is not implemented by this service.");
+}
+
+TEST_F(EmulatorReadTest, ReadsAndRefusedMethodsSayWhatTheResourceAllows) {
+    const std::string volumes = std::string(kStorage) + "/OOB_LSI-0/Volumes";
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"/redfish/v1", "GET, HEAD"},
+        {"/redfish/v1/SessionService/Sessions", "GET, HEAD, POST"},
+        {volumes, "GET, HEAD, POST"},
+        {volumes + "/0", "GET, HEAD, PATCH, DELETE"},
+        {std::string(kStorage) + "/OOB_LSI-0", "GET, HEAD, PATCH"},
+        {std::string(kStorage) + "/OOB_LSI-0/Controllers/0", "GET, HEAD, PATCH"},
+        {std::string(kStorage) + "/OOB_LSI-0/Drives/0", "GET, HEAD, PATCH"},
+        {"/redfish/v1/Systems/1", "GET, HEAD"},
+    };
+    for (const auto& [uri, allow] : cases) {
+        const emulator::HttpResponse read = Get(uri);
+        EXPECT_EQ(read.status, 200) << uri;
+        EXPECT_EQ(read.Header("Allow"), allow) << uri;
+        EXPECT_EQ(read.Header("Cache-Control"), "no-cache") << uri;
+    }
+    for (const char* method : {"DELETE", "PATCH", "POST", "OPTIONS", "PUT"}) {
+        const emulator::HttpResponse refused = Send(method, "/redfish/v1", "{}");
+        EXPECT_EQ(refused.status, 405) << method;
+        EXPECT_EQ(refused.Header("Allow"), "GET, HEAD") << method;
+        EXPECT_EQ(json::parse(refused.body)["error"]["code"], "Base.1.8.OperationNotAllowed");
+    }
+    EXPECT_EQ(Get("/redfish/v1/Nothing").Header("Allow"), "");
+}
+
+TEST_F(EmulatorReadTest, AResourceLinksTheSchemaOfItsOwnVersion) {
+    EXPECT_EQ(Get("/redfish/v1").Header("Link"),
+              "<http://redfish.dmtf.org/schemas/v1/ServiceRoot.v1_15_0.json>; rel=describedby");
+    EXPECT_EQ(Get("/redfish/v1/Systems").Header("Link"),
+              "<http://redfish.dmtf.org/schemas/v1/ComputerSystemCollection.json>; "
+              "rel=describedby");
+    EXPECT_EQ(Get("/redfish/v1/Nothing").Header("Link"), "");
+}
+
+TEST_F(EmulatorReadTest, ALoginPostedToTheSessionMembersOpensASession) {
+    const emulator::HttpResponse login = Send("POST", "/redfish/v1/SessionService/Sessions/Members",
+                                              R"({"UserName": "admin", "Password": "secret"})", {});
+    ASSERT_EQ(login.status, 201);
+    EXPECT_EQ(Send("GET", kStorage, "", {{"X-Auth-Token", login.Header("X-Auth-Token")}}).status,
+              200);
+}
+
 } // namespace
 } // namespace emulator_test
