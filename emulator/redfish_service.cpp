@@ -90,12 +90,12 @@ HttpResponse RedfishService::Handle(const HttpRequest& request) {
     while (path.size() > 1 && path.back() == '/') {
         path.pop_back();
     }
-    sim::Machine machine;
     std::string error;
     HttpResponse response;
+    const sim::Machine* machine = nullptr;
     if (auto unknown = ProtocolHeaders::UnknownMethod(request.method)) {
         response = std::move(*unknown);
-    } else if (!store_->Read(machine, error)) {
+    } else if ((machine = cache_.Machine(*store_, error)) == nullptr) {
         response =
             RedfishErrors::Error(500, "Base.1.8.InternalError", error, rc::RAID_INTERNAL_ERROR);
     } else if (auto refusal = RedfishErrors::Protocol(request.Header("OData-Version"),
@@ -103,7 +103,11 @@ HttpResponse RedfishService::Handle(const HttpRequest& request) {
                                                       rc::RAID_OPERATION_FAILED)) {
         response = std::move(*refusal);
     } else {
-        response = Dispatch(request, path, query, machine);
+        response = Dispatch(request, path, query, *machine);
+    }
+    // Anything but a read may have changed the file, the sessions or the tasks.
+    if (request.method != "GET" && request.method != "HEAD") {
+        cache_.Clear();
     }
     ProtocolHeaders::Complete(response, request.method, AllowedMethods(path));
     response.headers.emplace_back("OData-Version", "4.0");
@@ -214,6 +218,32 @@ HttpResponse RedfishService::Get(const HttpRequest& request, const std::string& 
             return TaskMonitor(*task, machine);
         }
     }
+    // Sessions and tasks live in this process and may end without a request: never kept.
+    const bool keep = path.rfind("/redfish/v1/SessionService", 0) != 0 &&
+                      path.rfind("/redfish/v1/TaskService", 0) != 0;
+    const std::string target = path + "?" + query;
+    const HttpResponse* kept = keep ? cache_.Find(target) : nullptr;
+    HttpResponse response = kept != nullptr ? *kept : Render(path, query, machine);
+    if (response.status != 200) {
+        return response;
+    }
+    if (keep && kept == nullptr) {
+        cache_.Keep(target, response);
+    }
+    if (request.Header("If-None-Match") == response.Header("ETag")) {
+        response.status = 304;
+        response.body.clear();
+        response.headers = {{"ETag", response.Header("ETag")}};
+        return response;
+    }
+    if (request.method == "HEAD") {
+        response.body.clear();
+    }
+    return response;
+}
+
+HttpResponse RedfishService::Render(const std::string& path, const std::string& query,
+                                    const sim::Machine& machine) const {
     const std::optional<json> resource = Resolve(path, machine);
     if (!resource) {
         return NotFound(path);
@@ -231,18 +261,11 @@ HttpResponse RedfishService::Get(const HttpRequest& request, const std::string& 
         body = Expander::Expand(body, mode, levels,
                                 [&](const std::string& uri) { return Resolve(uri, machine); });
     }
-    const std::string etag = (*resource)["@odata.etag"].get<std::string>();
     HttpResponse response;
-    response.headers.emplace_back("ETag", etag);
-    if (request.Header("If-None-Match") == etag) {
-        response.status = 304;
-        return response;
-    }
+    response.headers.emplace_back("ETag", (*resource)["@odata.etag"].get<std::string>());
     response.headers.emplace_back("Content-Type", "application/json");
     ProtocolHeaders::Describe(response, *resource);
-    if (request.method != "HEAD") {
-        response.body = body.dump();
-    }
+    response.body = body.dump();
     return response;
 }
 

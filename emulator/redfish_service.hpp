@@ -9,6 +9,7 @@
 
 #include "emulator/http_request.hpp"
 #include "emulator/http_response.hpp"
+#include "emulator/render_cache.hpp"
 #include "emulator/request_handler.hpp"
 #include "emulator/session_store.hpp"
 #include "emulator/task_store.hpp"
@@ -36,6 +37,10 @@ private:
     // Checks a session token or Basic credentials; the refusal when they do not pass.
     std::optional<HttpResponse> Authenticate(const HttpRequest& request,
                                              const sim::Machine& machine) const;
+    // The 200 answer of a read: the resource (expanded as the query asks), its ETag and type
+    // headers; a refusal when there is none.
+    HttpResponse Render(const std::string& path, const std::string& query,
+                        const sim::Machine& machine) const;
     HttpResponse Get(const HttpRequest& request, const std::string& path, const std::string& query,
                      const sim::Machine& machine);
     HttpResponse Login(const std::string& body, const sim::Machine& machine);
@@ -52,6 +57,7 @@ private:
     std::mutex mutex_;
     SessionStore sessions_;
     TaskStore tasks_;
+    RenderCache cache_;
 };
 
 } // namespace emulator
