@@ -335,10 +335,11 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
         connect.host = address.host();
         connect.port = address.port();
     }
-    // --user and --password win over what the address carried; the environment comes last.
+    // --user and --password win over what the address carried; the environment comes last,
+    // for a BMC and for any action given a user name (ekm asks for the BMC's account in-band).
     connect.user = given("--user") ? values["--user"] : address.user();
     connect.password = given("--password") ? values["--password"] : address.password();
-    if (use_bmc && connect.password.empty()) {
+    if ((use_bmc || !connect.user.empty()) && connect.password.empty()) {
         connect.password = environment_("RAIDCFG_BMC_PASSWORD").value_or(std::string());
     }
     connect.scheme = http ? "http" : "https";

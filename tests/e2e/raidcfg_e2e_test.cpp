@@ -1138,6 +1138,17 @@ TEST(RaidcfgKeysE2eTest, KeyManagementInBandNeedsTheBmcCredentials) {
     EXPECT_NE(after.out.find("local"), std::string::npos) << after.out;
 }
 
+TEST(RaidcfgKeysE2eTest, AUserNameTakesThePasswordFromTheEnvironment) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    const std::map<std::string, std::string> env{{"XDG_STATE_HOME", state.path()},
+                                                 {"RAIDCFG_BMC_PASSWORD", "secret"}};
+    const Outcome shown =
+        RunRaidcfg(dir.path(), {"ekm", "--machine", "demo", "--user", "admin"}, env);
+    EXPECT_EQ(shown.status, 0) << shown.out << shown.err;
+    EXPECT_EQ(LastLine(shown.out), "0 Succeed.");
+}
+
 TEST(RaidcfgKeysE2eTest, VolumeEncryptionIsShownEnabledAndThenVisible) {
     raidcfg_test::TempDir dir;
     raidcfg_test::TempDir state;

@@ -242,10 +242,13 @@ TEST_F(CommandLineTest, PasswordAndUserOverrideOrder) {
     EXPECT_EQ(connect().password, "from-env");
 }
 
-TEST_F(CommandLineTest, EnvironmentPasswordOnlyWithABmc) {
+TEST_F(CommandLineTest, EnvironmentPasswordOnlyWithABmcOrAUserName) {
     env_["RAIDCFG_BMC_PASSWORD"] = "from-env";
     ASSERT_TRUE(Parse({"show"})) << line_.error();
     EXPECT_EQ(connect().password, "");
+    ASSERT_TRUE(Parse({"ekm", "--user", "admin"})) << line_.error();
+    EXPECT_EQ(connect().user, "admin");
+    EXPECT_EQ(connect().password, "from-env");
 }
 
 TEST_F(CommandLineTest, MachineFromFlagOrEnvironment) {
