@@ -68,9 +68,12 @@ std::uint32_t RaidClient::Clear() {
     // Volumes belong to one controller: a list of targets, or "all", cannot name them.
     if (!option_.volume_ids.empty() &&
         processor.ClassifyTarget(option_.target, local_) == RaidTarget::INVALID) {
+        const char* refusal =
+            "target must be specified by only one target when volume is specified.";
         if (option_.console_output) {
-            std::cout << "target must be specified by only one target when volume is specified."
-                      << std::endl;
+            Tell(refusal);
+        } else {
+            RAIDCFG_LOG(3) << refusal;
         }
         RAIDCFG_LOG(4) << "Exiting  service::detail::RaidClient::Clear";
         return result::InvalidParameter;

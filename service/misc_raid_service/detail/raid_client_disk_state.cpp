@@ -123,8 +123,12 @@ std::uint32_t RaidClient::MakeStateWithDrive(bool good) {
     // Disks belong to one controller: an M.2 name, a list and "all" are refused.
     const RaidTarget::Type type = processor.ClassifyTarget(option_.target, local_);
     if (!ServesDiskStates(type)) {
+        const char* refusal =
+            "target must be specified by only one target when drive is specified.";
         if (option_.console_output) {
-            Tell("target must be specified by only one target when drive is specified.");
+            Tell(refusal);
+        } else {
+            RAIDCFG_LOG(3) << refusal;
         }
         RAIDCFG_LOG(4) << "Exiting  service::detail::RaidClient::MakeStateWithDrive";
         return result::InvalidParameter;

@@ -168,6 +168,9 @@ TEST_F(RaidClientClearTest, VolumesWithTwoTargetsAreRefusedBeforeThePrompt) {
                         "target must be specified by only one target when volume is specified.\n");
     EXPECT_TRUE(client.rows().empty());
     EXPECT_EQ(VolumeIds("OOB_LSI", 3), (std::vector<int>{0, 1, 2}));
+    EXPECT_NE(raidcfg_test::ReadFile(dir_.File("raidcfg.log"))
+                  .find("target must be specified by only one target when volume is specified."),
+              std::string::npos);
 }
 
 TEST_F(RaidClientClearTest, VolumesWithTwoTargetsAreRefusedSilentlyWithoutConsoleOutput) {
@@ -179,6 +182,10 @@ TEST_F(RaidClientClearTest, VolumesWithTwoTargetsAreRefusedSilentlyWithoutConsol
     RaidClient client(option_, Connection());
     EXPECT_EQ(RunClear(client), result::InvalidParameter);
     EXPECT_EQ(printed_, "");
+    // The log still says why.
+    EXPECT_NE(raidcfg_test::ReadFile(dir_.File("raidcfg.log"))
+                  .find("target must be specified by only one target when volume is specified."),
+              std::string::npos);
 }
 
 TEST_F(RaidClientClearTest, VolumesAllWithOneTargetAsksAndClearsTheWholeController) {
