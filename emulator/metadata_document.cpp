@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 
+#include "emulator/oem_schema.hpp"
 #include "emulator/redfish_types.hpp"
 
 namespace emulator {
@@ -59,6 +60,9 @@ const std::string& MetadataDocument::Xml() {
 }
 
 std::string MetadataDocument::SchemaUri(const std::string& name) {
+    if (name == "Raidcfg") {
+        return OemSchema::kUri;
+    }
     // DMTF publishes the volume schemas with the storage standard's.
     const bool swordfish = name == "Volume" || name == "VolumeCollection";
     return std::string("http://redfish.dmtf.org/schemas/") + (swordfish ? "swordfish/" : "") +

@@ -22,7 +22,8 @@ json Message(const std::string& message_id, const std::string& text, const std::
         message["Resolution"] = "Correct the request and resubmit it.";
     }
     if (code) {
-        message["Oem"] = {{"Raidcfg", {{"Code", *code}}}};
+        message["Oem"] = {
+            {"Raidcfg", {{"@odata.type", RedfishTypes::kOemMessage}, {"Code", *code}}}};
     }
     return message;
 }

@@ -8,6 +8,7 @@
 #include "emulator/expander.hpp"
 #include "emulator/metadata_document.hpp"
 #include "emulator/odata_service_document.hpp"
+#include "emulator/oem_schema.hpp"
 #include "emulator/redfish_errors.hpp"
 #include "emulator/redfish_types.hpp"
 #include "emulator/request_text.hpp"
@@ -107,10 +108,13 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
                                       const std::string& query, const sim::Machine& machine) {
     const std::string& method = request.method;
     const bool read = method == "GET" || method == "HEAD";
-    // The service root, the OData documents and the login are open to everyone; an anonymous
-    // root is not expanded.
+    // The service root, the OData documents, our Oem schema and the login are open to everyone;
+    // an anonymous root is not expanded.
     if (read && RequestText::DecodePath(path) == MetadataDocument::kUri) {
         return OpenDocument(request, "application/xml", MetadataDocument::Xml());
+    }
+    if (read && path == OemSchema::kUri) {
+        return OpenDocument(request, "application/xml", OemSchema::Xml());
     }
     if (read && path == ODataServiceDocument::kUri) {
         const json root = *ResourceBuilder(machine, expand_supported_).Build("/redfish/v1");

@@ -26,7 +26,14 @@ const std::vector<std::string>& RedfishTypes::All() {
                                                    kManagerAccount,
                                                    kRoleCollection,
                                                    kRole,
-                                                   kMessage};
+                                                   kMessage,
+                                                   kOemManager,
+                                                   kOemStorage,
+                                                   kOemStorageController,
+                                                   kOemDrive,
+                                                   kOemVolume,
+                                                   kOemTask,
+                                                   kOemMessage};
     return types;
 }
 

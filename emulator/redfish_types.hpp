@@ -39,6 +39,14 @@ public:
     static constexpr const char* kRole = "#Role.v1_3_1.Role";
     // The extended info of errors, of accepted writes and of task messages.
     static constexpr const char* kMessage = "#Message.v1_1_2.Message";
+    // Our Oem.Raidcfg objects, defined by our own schema (OemSchema).
+    static constexpr const char* kOemManager = "#Raidcfg.v1_0_0.Manager";
+    static constexpr const char* kOemStorage = "#Raidcfg.v1_0_0.Storage";
+    static constexpr const char* kOemStorageController = "#Raidcfg.v1_0_0.StorageController";
+    static constexpr const char* kOemDrive = "#Raidcfg.v1_0_0.Drive";
+    static constexpr const char* kOemVolume = "#Raidcfg.v1_0_0.Volume";
+    static constexpr const char* kOemTask = "#Raidcfg.v1_0_0.Task";
+    static constexpr const char* kOemMessage = "#Raidcfg.v1_0_0.Message";
 
     // Every type above, in the order written here.
     static const std::vector<std::string>& All();

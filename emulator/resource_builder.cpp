@@ -233,7 +233,8 @@ json ResourceBuilder::Manager() const {
     manager["ManagerType"] = "BMC";
     manager["Status"] = Enabled();
     manager["Oem"] = {{"Raidcfg",
-                       {{"AmbitType", bmc.bmc_type ? json(*bmc.bmc_type) : json(nullptr)},
+                       {{"@odata.type", RedfishTypes::kOemManager},
+                        {"AmbitType", bmc.bmc_type ? json(*bmc.bmc_type) : json(nullptr)},
                         {"VantorV3", bmc.vantor_v3},
                         {"SupportInfo", bmc.support_info},
                         {"RestConnections", bmc.rest_connections},
@@ -350,7 +351,8 @@ json ResourceBuilder::Storage(const sim::Controller& controller) {
         }
     }
     storage["Oem"] = {{"Raidcfg",
-                       {{"Family", controller.family},
+                       {{"@odata.type", RedfishTypes::kOemStorage},
+                        {"Family", controller.family},
                         {"Id", controller.id},
                         {"Cfc", controller.family == "OOB_CFC"},
                         {"Slot", controller.slot},
@@ -391,7 +393,8 @@ json ResourceBuilder::StorageController(const sim::Controller& controller, const
             {{"Id", connector.id}, {"Name", connector.name}, {"Mode", connector.mode}});
     }
     body["Oem"] = {{"Raidcfg",
-                    {{"ProductName", controller.product_name},
+                    {{"@odata.type", RedfishTypes::kOemStorageController},
+                     {"ProductName", controller.product_name},
                      {"Model", controller.model},
                      {"Name", controller.name},
                      {"Manufacturer", controller.manufacturer},
@@ -458,7 +461,8 @@ json ResourceBuilder::Drive(const sim::Controller& controller, const sim::Disk& 
     drive["Actions"] = {
         {"Oem", {{"#Raidcfg.MakeGood", {{"target", uri + "/Actions/Oem/Raidcfg.MakeGood"}}}}}};
     drive["Oem"] = {{"Raidcfg",
-                     {{"Id", disk.id},
+                     {{"@odata.type", RedfishTypes::kOemDrive},
+                      {"Id", disk.id},
                       {"State", disk.state},
                       {"SlotNumber", disk.slot_no},
                       {"FruNumber", disk.fru_no},
@@ -514,7 +518,8 @@ json ResourceBuilder::Volume(const sim::Controller& controller, const sim::Volum
                         {{"target", uri + "/Actions/Volume.Initialize"},
                          {"InitializeType@Redfish.AllowableValues", json::array({"Fast"})}}}};
     body["Oem"] = {{"Raidcfg",
-                    {{"Id", volume.id},
+                    {{"@odata.type", RedfishTypes::kOemVolume},
+                     {"Id", volume.id},
                      {"PassThrough", false},
                      {"RAIDLevel", volume.raid_level},
                      {"Spans", volume.spans},
@@ -538,7 +543,7 @@ json ResourceBuilder::PassThrough(const sim::Controller& controller, const sim::
     body["Status"] = Enabled();
     body["Links"] = {{"Drives@odata.count", 1},
                      {"Drives", json::array({Reference(DriveUri(controller, disk.id))})}};
-    body["Oem"] = {{"Raidcfg", {{"PassThrough", true}}}};
+    body["Oem"] = {{"Raidcfg", {{"@odata.type", RedfishTypes::kOemVolume}, {"PassThrough", true}}}};
     return body;
 }
 

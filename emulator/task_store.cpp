@@ -36,17 +36,18 @@ nlohmann::json TaskStore::Resource(const Task& task) {
     body["TaskStatus"] = "OK";
     body["PercentComplete"] = 100;
     body["TaskMonitor"] = Uri(task.id) + "/Monitor";
-    body["Messages"] =
-        nlohmann::json::array({{{"@odata.type", RedfishTypes::kMessage},
-                                {"MessageId", "TaskEvent.1.0.TaskCompletedOK"},
-                                {"Message", "The task with Id '" + id + "' has completed."},
-                                {"MessageArgs", nlohmann::json::array({id})},
-                                {"Severity", "OK"},
-                                {"MessageSeverity", "OK"},
-                                {"Oem", {{"Raidcfg", {{"Code", 0}}}}}}});
+    body["Messages"] = nlohmann::json::array(
+        {{{"@odata.type", RedfishTypes::kMessage},
+          {"MessageId", "TaskEvent.1.0.TaskCompletedOK"},
+          {"Message", "The task with Id '" + id + "' has completed."},
+          {"MessageArgs", nlohmann::json::array({id})},
+          {"Severity", "OK"},
+          {"MessageSeverity", "OK"},
+          {"Oem", {{"Raidcfg", {{"@odata.type", RedfishTypes::kOemMessage}, {"Code", 0}}}}}}});
     body["Oem"] = {
         {"Raidcfg",
-         {{"Volume", task.volume_uri.empty() ? nlohmann::json(nullptr)
+         {{"@odata.type", RedfishTypes::kOemTask},
+          {"Volume", task.volume_uri.empty() ? nlohmann::json(nullptr)
                                              : ResourceBuilder::Reference(task.volume_uri)}}}};
     return body;
 }
