@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "emulator/redfish_types.hpp"
 #include "emulator/resource_builder.hpp"
 
 namespace emulator {
@@ -31,8 +32,7 @@ std::optional<json> AccountResources::Build(const std::vector<std::string>& s) c
     }
     if (s[3] == "Accounts") {
         if (s.size() == 4) {
-            return ResourceBuilder::Collection(kAccounts,
-                                               "#ManagerAccountCollection.ManagerAccountCollection",
+            return ResourceBuilder::Collection(kAccounts, RedfishTypes::kManagerAccountCollection,
                                                "Accounts Collection", {kAccounts + "/1"});
         }
         if (s.size() == 5 && s[4] == "1") {
@@ -49,7 +49,7 @@ std::optional<json> AccountResources::Build(const std::vector<std::string>& s) c
                 uri += role.first;
                 members.push_back(uri);
             }
-            return ResourceBuilder::Collection(kRoles, "#RoleCollection.RoleCollection",
+            return ResourceBuilder::Collection(kRoles, RedfishTypes::kRoleCollection,
                                                "Roles Collection", members);
         }
         if (s.size() == 5) {
@@ -60,7 +60,7 @@ std::optional<json> AccountResources::Build(const std::vector<std::string>& s) c
 }
 
 json AccountResources::Service() const {
-    json service = ResourceBuilder::Head(kRoot, "#AccountService.v1_13_0.AccountService");
+    json service = ResourceBuilder::Head(kRoot, RedfishTypes::kAccountService);
     service["Id"] = "AccountService";
     service["Name"] = "Account Service";
     service["ServiceEnabled"] = true;
@@ -71,8 +71,7 @@ json AccountResources::Service() const {
 }
 
 json AccountResources::Account() const {
-    json account =
-        ResourceBuilder::Head(kAccounts + "/1", "#ManagerAccount.v1_10_0.ManagerAccount");
+    json account = ResourceBuilder::Head(kAccounts + "/1", RedfishTypes::kManagerAccount);
     account["Id"] = "1";
     account["Name"] = "User Account";
     account["UserName"] = bmc_.user;
@@ -92,7 +91,7 @@ std::optional<json> AccountResources::Role(const std::string& id) {
             std::string uri = kRoles;
             uri += "/";
             uri += name;
-            json role = ResourceBuilder::Head(uri, "#Role.v1_3_1.Role");
+            json role = ResourceBuilder::Head(uri, RedfishTypes::kRole);
             role["Id"] = name;
             role["Name"] = name + " Role";
             role["RoleId"] = name;

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "emulator/redfish_types.hpp"
 #include "result/raid_error_code.hpp"
 
 namespace emulator {
@@ -12,7 +13,7 @@ namespace {
 
 json Message(const std::string& message_id, const std::string& text, const std::string& severity,
              std::optional<int> code) {
-    json message = {{"@odata.type", "#Message.v1_1_2.Message"},
+    json message = {{"@odata.type", RedfishTypes::kMessage},
                     {"MessageId", message_id},
                     {"Message", text},
                     {"Severity", severity},
@@ -21,7 +22,8 @@ json Message(const std::string& message_id, const std::string& text, const std::
         message["Resolution"] = "Correct the request and resubmit it.";
     }
     if (code) {
-        message["Oem"] = {{"Raidcfg", {{"Code", *code}}}};
+        message["Oem"] = {
+            {"Raidcfg", {{"@odata.type", RedfishTypes::kOemMessage}, {"Code", *code}}}};
     }
     return message;
 }

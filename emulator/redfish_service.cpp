@@ -6,8 +6,12 @@
 #include <vector>
 
 #include "emulator/expander.hpp"
+#include "emulator/metadata_document.hpp"
+#include "emulator/odata_service_document.hpp"
+#include "emulator/oem_schema.hpp"
 #include "emulator/protocol_headers.hpp"
 #include "emulator/redfish_errors.hpp"
+#include "emulator/redfish_types.hpp"
 #include "emulator/request_text.hpp"
 #include "emulator/resource_builder.hpp"
 #include "emulator/resource_etag.hpp"
@@ -28,6 +32,17 @@ HttpResponse JsonResponse(int status, const json& body) {
     response.status = status;
     response.headers.emplace_back("Content-Type", "application/json");
     response.body = body.dump();
+    return response;
+}
+
+// A document read without authentication: its body, left out for HEAD.
+HttpResponse OpenDocument(const HttpRequest& request, const std::string& type,
+                          const std::string& body) {
+    HttpResponse response;
+    response.headers.emplace_back("Content-Type", type);
+    if (request.method != "HEAD") {
+        response.body = body;
+    }
     return response;
 }
 
@@ -126,7 +141,18 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
                                       const std::string& query, const sim::Machine& machine) {
     const std::string& method = request.method;
     const bool read = method == "GET" || method == "HEAD";
-    // The service root and the login are open to everyone; an anonymous root is not expanded.
+    // The service root, the OData documents, our Oem schema and the login are open to everyone;
+    // an anonymous root is not expanded.
+    if (read && RequestText::DecodePath(path) == MetadataDocument::kUri) {
+        return OpenDocument(request, "application/xml", MetadataDocument::Xml());
+    }
+    if (read && path == OemSchema::kUri) {
+        return OpenDocument(request, "application/xml", OemSchema::Xml());
+    }
+    if (read && path == ODataServiceDocument::kUri) {
+        const json root = *ResourceBuilder(machine, expand_supported_).Build("/redfish/v1");
+        return OpenDocument(request, "application/json", ODataServiceDocument::Of(root).dump());
+    }
     if (read && (path == "/redfish" || path == "/redfish/v1")) {
         if (Authenticate(request, machine)) {
             return Get(request, path, "", machine);
@@ -330,7 +356,7 @@ std::optional<json> RedfishService::ServiceResource(const std::string& path) con
     }
     if (s[2] == "SessionService") {
         if (s.size() == 3) {
-            json body = ResourceBuilder::Head(path, "#SessionService.v1_1_8.SessionService");
+            json body = ResourceBuilder::Head(path, RedfishTypes::kSessionService);
             body["Id"] = "SessionService";
             body["Name"] = "Session Service";
             body["ServiceEnabled"] = true;
@@ -341,7 +367,7 @@ std::optional<json> RedfishService::ServiceResource(const std::string& path) con
             return std::nullopt;
         }
         if (s.size() == 4) {
-            json body = ResourceBuilder::Head(kSessions, "#SessionCollection.SessionCollection");
+            json body = ResourceBuilder::Head(kSessions, RedfishTypes::kSessionCollection);
             body["Name"] = "Session Collection";
             body["Members"] = json::array();
             for (const SessionStore::Session& session : sessions_.All()) {
@@ -356,7 +382,7 @@ std::optional<json> RedfishService::ServiceResource(const std::string& path) con
         if (!session) {
             return std::nullopt;
         }
-        json body = ResourceBuilder::Head(path, "#Session.v1_6_0.Session");
+        json body = ResourceBuilder::Head(path, RedfishTypes::kSession);
         body["Id"] = session->id;
         body["Name"] = "User Session";
         body["UserName"] = session->user;
@@ -364,7 +390,7 @@ std::optional<json> RedfishService::ServiceResource(const std::string& path) con
     }
     if (s[2] == "TaskService") {
         if (s.size() == 3) {
-            json body = ResourceBuilder::Head(path, "#TaskService.v1_2_0.TaskService");
+            json body = ResourceBuilder::Head(path, RedfishTypes::kTaskService);
             body["Id"] = "TaskService";
             body["Name"] = "Task Service";
             body["ServiceEnabled"] = true;
@@ -375,7 +401,7 @@ std::optional<json> RedfishService::ServiceResource(const std::string& path) con
             return std::nullopt;
         }
         if (s.size() == 4) {
-            json body = ResourceBuilder::Head(path, "#TaskCollection.TaskCollection");
+            json body = ResourceBuilder::Head(path, RedfishTypes::kTaskCollection);
             body["Name"] = "Task Collection";
             body["Members"] = json::array();
             for (const TaskStore::Task& task : tasks_.All()) {

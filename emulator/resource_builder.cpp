@@ -5,6 +5,7 @@
 
 #include "emulator/account_resources.hpp"
 #include "emulator/redfish_names.hpp"
+#include "emulator/redfish_types.hpp"
 
 namespace emulator {
 
@@ -142,8 +143,7 @@ std::optional<json> ResourceBuilder::Build(const std::string& path) const {
     }
     if (s[2] == "Systems") {
         if (s.size() == 3) {
-            return Collection("/redfish/v1/Systems",
-                              "#ComputerSystemCollection.ComputerSystemCollection",
+            return Collection("/redfish/v1/Systems", RedfishTypes::kComputerSystemCollection,
                               "Computer System Collection", {"/redfish/v1/Systems/1"});
         }
         if (s[3] != "1") {
@@ -162,7 +162,7 @@ std::optional<json> ResourceBuilder::Build(const std::string& path) const {
     }
     if (s[2] == "Managers") {
         if (s.size() == 3) {
-            return Collection("/redfish/v1/Managers", "#ManagerCollection.ManagerCollection",
+            return Collection("/redfish/v1/Managers", RedfishTypes::kManagerCollection,
                               "Manager Collection", {"/redfish/v1/Managers/1"});
         }
         if (s.size() == 4 && s[3] == "1") {
@@ -173,7 +173,7 @@ std::optional<json> ResourceBuilder::Build(const std::string& path) const {
 }
 
 json ResourceBuilder::ServiceRoot() const {
-    json root = Head("/redfish/v1", "#ServiceRoot.v1_15_0.ServiceRoot");
+    json root = Head("/redfish/v1", RedfishTypes::kServiceRoot);
     root["Id"] = "RootService";
     root["Name"] = "Root Service";
     root["RedfishVersion"] = "1.17.0";
@@ -205,7 +205,7 @@ const std::vector<std::string>& ResourceBuilder::SystemResetTypes() {
 }
 
 json ResourceBuilder::System() const {
-    json system = Head("/redfish/v1/Systems/1", "#ComputerSystem.v1_20_0.ComputerSystem");
+    json system = Head("/redfish/v1/Systems/1", RedfishTypes::kComputerSystem);
     system["Id"] = "1";
     system["Name"] = "Simulated server";
     system["SystemType"] = "Physical";
@@ -227,13 +227,14 @@ json ResourceBuilder::System() const {
 
 json ResourceBuilder::Manager() const {
     const sim::Bmc& bmc = machine_.bmc;
-    json manager = Head("/redfish/v1/Managers/1", "#Manager.v1_19_0.Manager");
+    json manager = Head("/redfish/v1/Managers/1", RedfishTypes::kManager);
     manager["Id"] = "1";
     manager["Name"] = "Manager";
     manager["ManagerType"] = "BMC";
     manager["Status"] = Enabled();
     manager["Oem"] = {{"Raidcfg",
-                       {{"AmbitType", bmc.bmc_type ? json(*bmc.bmc_type) : json(nullptr)},
+                       {{"@odata.type", RedfishTypes::kOemManager},
+                        {"AmbitType", bmc.bmc_type ? json(*bmc.bmc_type) : json(nullptr)},
                         {"VantorV3", bmc.vantor_v3},
                         {"SupportInfo", bmc.support_info},
                         {"RestConnections", bmc.rest_connections},
@@ -250,7 +251,7 @@ json ResourceBuilder::StorageCollection() const {
             members.push_back(StorageUri(controller));
         }
     }
-    return Collection(kStorageRoot, "#StorageCollection.StorageCollection", "Storage Collection",
+    return Collection(kStorageRoot, RedfishTypes::kStorageCollection, "Storage Collection",
                       members);
 }
 
@@ -270,8 +271,7 @@ std::optional<json> ResourceBuilder::StorageResource(const std::vector<std::stri
     const std::string& kind = s[6];
     if (kind == "Controllers") {
         if (s.size() == 7) {
-            return Collection(uri + "/Controllers",
-                              "#StorageControllerCollection.StorageControllerCollection",
+            return Collection(uri + "/Controllers", RedfishTypes::kStorageControllerCollection,
                               "Storage Controller Collection", {uri + "/Controllers/0"});
         }
         if (s.size() == 8 && s[7] == "0") {
@@ -310,7 +310,7 @@ std::optional<json> ResourceBuilder::StorageResource(const std::vector<std::stri
 
 json ResourceBuilder::Storage(const sim::Controller& controller) {
     const std::string uri = StorageUri(controller);
-    json storage = Head(uri, "#Storage.v1_15_0.Storage");
+    json storage = Head(uri, RedfishTypes::kStorage);
     storage["Id"] = RedfishNames::StorageId(controller);
     storage["Name"] = !controller.name.empty()           ? controller.name
                       : !controller.product_name.empty() ? controller.product_name
@@ -351,7 +351,8 @@ json ResourceBuilder::Storage(const sim::Controller& controller) {
         }
     }
     storage["Oem"] = {{"Raidcfg",
-                       {{"Family", controller.family},
+                       {{"@odata.type", RedfishTypes::kOemStorage},
+                        {"Family", controller.family},
                         {"Id", controller.id},
                         {"Cfc", controller.family == "OOB_CFC"},
                         {"Slot", controller.slot},
@@ -363,7 +364,7 @@ json ResourceBuilder::Storage(const sim::Controller& controller) {
 }
 
 json ResourceBuilder::StorageController(const sim::Controller& controller, const std::string& uri) {
-    json body = Head(uri, "#StorageController.v1_7_0.StorageController");
+    json body = Head(uri, RedfishTypes::kStorageController);
     body["Id"] = "0";
     body["Name"] = controller.name.empty() ? controller.product_name : controller.name;
     body["Manufacturer"] = RedfishNames::Manufacturer(controller);
@@ -392,7 +393,8 @@ json ResourceBuilder::StorageController(const sim::Controller& controller, const
             {{"Id", connector.id}, {"Name", connector.name}, {"Mode", connector.mode}});
     }
     body["Oem"] = {{"Raidcfg",
-                    {{"ProductName", controller.product_name},
+                    {{"@odata.type", RedfishTypes::kOemStorageController},
+                     {"ProductName", controller.product_name},
                      {"Model", controller.model},
                      {"Name", controller.name},
                      {"Manufacturer", controller.manufacturer},
@@ -410,7 +412,7 @@ json ResourceBuilder::StorageController(const sim::Controller& controller, const
 
 json ResourceBuilder::Drive(const sim::Controller& controller, const sim::Disk& disk) {
     const std::string uri = DriveUri(controller, disk.id);
-    json drive = Head(uri, "#Drive.v1_17_0.Drive");
+    json drive = Head(uri, RedfishTypes::kDrive);
     drive["Id"] = std::to_string(disk.id);
     drive["Name"] =
         disk.product_name.empty() ? "Drive " + std::to_string(disk.id) : disk.product_name;
@@ -459,7 +461,8 @@ json ResourceBuilder::Drive(const sim::Controller& controller, const sim::Disk& 
     drive["Actions"] = {
         {"Oem", {{"#Raidcfg.MakeGood", {{"target", uri + "/Actions/Oem/Raidcfg.MakeGood"}}}}}};
     drive["Oem"] = {{"Raidcfg",
-                     {{"Id", disk.id},
+                     {{"@odata.type", RedfishTypes::kOemDrive},
+                      {"Id", disk.id},
                       {"State", disk.state},
                       {"SlotNumber", disk.slot_no},
                       {"FruNumber", disk.fru_no},
@@ -474,7 +477,7 @@ json ResourceBuilder::Drive(const sim::Controller& controller, const sim::Disk& 
 json ResourceBuilder::Volume(const sim::Controller& controller, const sim::Volume& volume) {
     const std::string id = std::to_string(volume.id);
     const std::string uri = VolumeUri(controller, id);
-    json body = Head(uri, "#Volume.v1_9_0.Volume");
+    json body = Head(uri, RedfishTypes::kVolume);
     body["Id"] = id;
     body["Name"] = volume.name.empty() ? "Volume " + id : volume.name;
     body["DisplayName"] = volume.name;
@@ -515,7 +518,8 @@ json ResourceBuilder::Volume(const sim::Controller& controller, const sim::Volum
                         {{"target", uri + "/Actions/Volume.Initialize"},
                          {"InitializeType@Redfish.AllowableValues", json::array({"Fast"})}}}};
     body["Oem"] = {{"Raidcfg",
-                    {{"Id", volume.id},
+                    {{"@odata.type", RedfishTypes::kOemVolume},
+                     {"Id", volume.id},
                      {"PassThrough", false},
                      {"RAIDLevel", volume.raid_level},
                      {"Spans", volume.spans},
@@ -531,7 +535,7 @@ json ResourceBuilder::Volume(const sim::Controller& controller, const sim::Volum
 
 json ResourceBuilder::PassThrough(const sim::Controller& controller, const sim::Disk& disk) {
     const std::string id = PassThroughId(disk.id);
-    json body = Head(VolumeUri(controller, id), "#Volume.v1_9_0.Volume");
+    json body = Head(VolumeUri(controller, id), RedfishTypes::kVolume);
     body["Id"] = id;
     body["Name"] = "Pass-through " + std::to_string(disk.id);
     body["RAIDType"] = "None";
@@ -539,7 +543,7 @@ json ResourceBuilder::PassThrough(const sim::Controller& controller, const sim::
     body["Status"] = Enabled();
     body["Links"] = {{"Drives@odata.count", 1},
                      {"Drives", json::array({Reference(DriveUri(controller, disk.id))})}};
-    body["Oem"] = {{"Raidcfg", {{"PassThrough", true}}}};
+    body["Oem"] = {{"Raidcfg", {{"@odata.type", RedfishTypes::kOemVolume}, {"PassThrough", true}}}};
     return body;
 }
 
@@ -553,7 +557,7 @@ json ResourceBuilder::VolumeCollection(const sim::Controller& controller) {
             members.push_back(VolumeUri(controller, PassThroughId(disk.id)));
         }
     }
-    return Collection(StorageUri(controller) + "/Volumes", "#VolumeCollection.VolumeCollection",
+    return Collection(StorageUri(controller) + "/Volumes", RedfishTypes::kVolumeCollection,
                       "Volume Collection", members);
 }
 

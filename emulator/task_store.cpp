@@ -1,5 +1,6 @@
 #include "emulator/task_store.hpp"
 
+#include "emulator/redfish_types.hpp"
 #include "emulator/resource_builder.hpp"
 
 namespace emulator {
@@ -28,24 +29,25 @@ std::string TaskStore::Uri(int id) {
 
 nlohmann::json TaskStore::Resource(const Task& task) {
     const std::string id = std::to_string(task.id);
-    nlohmann::json body = ResourceBuilder::Head(Uri(task.id), "#Task.v1_7_0.Task");
+    nlohmann::json body = ResourceBuilder::Head(Uri(task.id), RedfishTypes::kTask);
     body["Id"] = id;
     body["Name"] = "Volume creation " + id;
     body["TaskState"] = "Completed";
     body["TaskStatus"] = "OK";
     body["PercentComplete"] = 100;
     body["TaskMonitor"] = Uri(task.id) + "/Monitor";
-    body["Messages"] =
-        nlohmann::json::array({{{"@odata.type", "#Message.v1_1_2.Message"},
-                                {"MessageId", "TaskEvent.1.0.TaskCompletedOK"},
-                                {"Message", "The task with Id '" + id + "' has completed."},
-                                {"MessageArgs", nlohmann::json::array({id})},
-                                {"Severity", "OK"},
-                                {"MessageSeverity", "OK"},
-                                {"Oem", {{"Raidcfg", {{"Code", 0}}}}}}});
+    body["Messages"] = nlohmann::json::array(
+        {{{"@odata.type", RedfishTypes::kMessage},
+          {"MessageId", "TaskEvent.1.0.TaskCompletedOK"},
+          {"Message", "The task with Id '" + id + "' has completed."},
+          {"MessageArgs", nlohmann::json::array({id})},
+          {"Severity", "OK"},
+          {"MessageSeverity", "OK"},
+          {"Oem", {{"Raidcfg", {{"@odata.type", RedfishTypes::kOemMessage}, {"Code", 0}}}}}}});
     body["Oem"] = {
         {"Raidcfg",
-         {{"Volume", task.volume_uri.empty() ? nlohmann::json(nullptr)
+         {{"@odata.type", RedfishTypes::kOemTask},
+          {"Volume", task.volume_uri.empty() ? nlohmann::json(nullptr)
                                              : ResourceBuilder::Reference(task.volume_uri)}}}};
     return body;
 }

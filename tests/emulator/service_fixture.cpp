@@ -96,6 +96,81 @@ ServiceFixture::DriverAnswer ServiceFixture::OnTwin(const DriverCall& call) cons
     return answer;
 }
 
+namespace {
+
+void FollowLinks(const json& node, std::vector<std::string>& links) {
+    if (node.is_array()) {
+        for (const json& element : node) {
+            FollowLinks(element, links);
+        }
+        return;
+    }
+    if (!node.is_object()) {
+        return;
+    }
+    for (auto item = node.begin(); item != node.end(); ++item) {
+        if (item.key() == "@odata.id" && item.value().is_string()) {
+            const std::string uri = item.value().get<std::string>();
+            if (uri.find('#') == std::string::npos) {
+                links.push_back(uri);
+            }
+        } else {
+            FollowLinks(item.value(), links);
+        }
+    }
+}
+
+} // namespace
+
+void ServiceFixture::AddSessionAndTask() {
+    if (Send("POST", "/redfish/v1/SessionService/Sessions",
+             R"({"UserName": "admin", "Password": "secret"})", {})
+            .status != 201) {
+        throw std::runtime_error("the log-in failed");
+    }
+    const json volume = {{"RAIDType", "RAID1"},
+                         {"Oem", {{"Raidcfg", {{"RAIDLevel", "1"}, {"Spans", {{6, 7}}}}}}}};
+    const emulator::HttpResponse created =
+        Post(std::string(kStorage) + "/OOB_LSI-0/Volumes", volume);
+    if (created.status != 202) {
+        throw std::runtime_error("the volume was not created: " + created.body);
+    }
+}
+
+json ServiceFixture::ServiceTree() {
+    json tree = json::object();
+    std::vector<std::string> pending = {"/redfish/v1"};
+    while (!pending.empty()) {
+        const std::string uri = pending.back();
+        pending.pop_back();
+        if (tree.contains(uri)) {
+            continue;
+        }
+        tree[uri] = GetJson(uri);
+        FollowLinks(tree[uri], pending);
+    }
+    return tree;
+}
+
+void ServiceFixture::CollectTypes(const json& node, std::set<std::string>& types) {
+    if (node.is_array()) {
+        for (const json& element : node) {
+            CollectTypes(element, types);
+        }
+        return;
+    }
+    if (!node.is_object()) {
+        return;
+    }
+    for (auto item = node.begin(); item != node.end(); ++item) {
+        if (item.key() == "@odata.type" && item.value().is_string()) {
+            types.insert(item.value().get<std::string>());
+        } else {
+            CollectTypes(item.value(), types);
+        }
+    }
+}
+
 json ServiceFixture::FirstMessage(const emulator::HttpResponse& response) {
     const json body = json::parse(response.body);
     if (body.contains("error")) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,6 +61,14 @@ protected:
     using DriverCall =
         std::function<int(const std::shared_ptr<sim::MachineStore>& store, std::string& text)>;
     DriverAnswer OnTwin(const DriverCall& call) const;
+
+    // Opens a session and creates a volume (a task), so that every kind of resource is served.
+    void AddSessionAndTask();
+    // Every resource the service links from its root, by URI, found by following every
+    // @odata.id (not the fragments of embedded objects).
+    nlohmann::json ServiceTree();
+    // Every @odata.type in a body, at any depth, embedded objects and messages included.
+    static void CollectTypes(const nlohmann::json& node, std::set<std::string>& types);
 
     // The first extended message of a response body, and its Oem code.
     static nlohmann::json FirstMessage(const emulator::HttpResponse& response);

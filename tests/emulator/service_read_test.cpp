@@ -241,7 +241,8 @@ TEST_F(EmulatorReadTest, ManagerCarriesTheBmcAnswers) {
     machine.bmc.rest_connections = 3;
     UseMachine(machine);
     const json oem = GetJson("/redfish/v1/Managers/1")["Oem"]["Raidcfg"];
-    EXPECT_EQ(oem, json({{"AmbitType", nullptr},
+    EXPECT_EQ(oem, json({{"@odata.type", "#Raidcfg.v1_0_0.Manager"},
+                         {"AmbitType", nullptr},
                          {"VantorV3", true},
                          {"SupportInfo", true},
                          {"RestConnections", 3},
