@@ -41,7 +41,8 @@ nlohmann::json TaskStore::Resource(const Task& task) {
           {"MessageId", "TaskEvent.1.0.TaskCompletedOK"},
           {"Message", "The task with Id '" + id + "' has completed."},
           {"MessageArgs", nlohmann::json::array({id})},
-          {"Severity", "OK"},
+          // Only the current property: the deprecated Severity is for error bodies, where old
+          // clients still look for it.
           {"MessageSeverity", "OK"},
           {"Oem", {{"Raidcfg", {{"@odata.type", RedfishTypes::kOemMessage}, {"Code", 0}}}}}}});
     body["Oem"] = {

@@ -88,6 +88,9 @@ TEST_F(EmulatorWriteTest, CreateVolumeAnswersTaskAndMonitorGivesTheVolume) {
     const json task = GetJson("/redfish/v1/TaskService/Tasks/1");
     EXPECT_EQ(task["TaskState"], "Completed");
     EXPECT_EQ(task["Oem"]["Raidcfg"]["Volume"]["@odata.id"], Lsi() + "/Volumes/1");
+    // The task's message has the current severity property only, not the deprecated one.
+    EXPECT_EQ(task["Messages"][0]["MessageSeverity"], "OK");
+    EXPECT_FALSE(task["Messages"][0].contains("Severity"));
 
     // Once the volume is gone, the monitor has nothing to show.
     ASSERT_EQ(Delete(Lsi() + "/Volumes/1").status, 200);
