@@ -440,6 +440,20 @@ std::string Squeezed(const std::string& text) {
     return squeezed;
 }
 
+TEST(RaidcfgE2eTest, AHotSpareBeyondIntIsTheLimitOfIntAsStreamExtractionGivesIt) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::TempDir state;
+    raidcfg_test::WriteFile(dir.File("add.ini"),
+                            "[ctrl1]\nglobal_hot_spares=99999999999999999999\n");
+    const Outcome added =
+        RunRaidcfg(dir.path(), {"add", "--file", "add.ini", "-y", "--machine", "demo"},
+                   {{"XDG_STATE_HOME", state.path()}});
+    EXPECT_EQ(added.status, 124) << added.out << added.err;
+    EXPECT_NE(added.out.find("ctrl1-disk2147483647    The disk ID 2147483647 does not exist.\n"),
+              std::string::npos)
+        << added.out;
+}
+
 TEST(RaidcfgE2eTest, AddWithYesCreatesWhatThePolicyFileAsksFor) {
     raidcfg_test::TempDir dir;
     raidcfg_test::TempDir state;

@@ -31,13 +31,23 @@ private:
     const char* name_;
 };
 
-// The number at the start of text, read through a stream: reading stops at the first character
-// that is no digit, so "12a" gives 12. Where the stream fails (no digits at all, or a number
-// beyond int) the result is kUnreadable, never what the stream happened to leave behind.
+// The number at the start of text by stream extraction, with what the standard library gives
+// where it fails: 0 where nothing converts, the limit of int where the number is beyond it, and
+// the leading number of "12a".
 int ReadInt(const std::string& text) {
     std::istringstream stream(text);
-    int value = kUnreadable;
-    if (!(stream >> value)) {
+    int value = 0;
+    stream >> value;
+    return value;
+}
+
+// One piece of a disk list. Intended: a piece with nothing to convert (an empty piece of
+// "1,,2", or "x") becomes kUnreadable, an id every backend refuses, and never the 0 the stream
+// would give, which would name a real disk the user did not name.
+int ReadListPiece(const std::string& piece) {
+    std::istringstream stream(piece);
+    int value = 0;
+    if (!(stream >> value) && value == 0) {
         return kUnreadable;
     }
     return value;
@@ -195,7 +205,7 @@ std::vector<int> RaidConfigCaster::ToIntList(const std::string& text) const {
     boost::algorithm::split(pieces, text, boost::algorithm::is_any_of(","));
     numbers.reserve(pieces.size());
     for (const std::string& piece : pieces) {
-        numbers.push_back(ReadInt(piece));
+        numbers.push_back(ReadListPiece(piece));
     }
     return numbers;
 }

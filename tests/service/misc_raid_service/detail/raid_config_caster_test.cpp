@@ -136,10 +136,11 @@ TEST_F(RaidConfigCasterTest, ToIntListReadsSignsAsTheStreamDoes) {
     EXPECT_EQ(caster_.ToIntList("-5,+6"), (Ints{-5, 6}));
 }
 
-TEST_F(RaidConfigCasterTest, ToIntListGivesMinusOneForANumberBeyondInt) {
+TEST_F(RaidConfigCasterTest, ToIntListGivesTheLimitOfIntForANumberBeyondIt) {
     EXPECT_EQ(caster_.ToIntList("2147483647"), (Ints{INT_MAX}));
-    EXPECT_EQ(caster_.ToIntList("2147483648"), (Ints{-1}));
-    EXPECT_EQ(caster_.ToIntList("-2147483649,1"), (Ints{-1, 1}));
+    EXPECT_EQ(caster_.ToIntList("2147483648"), (Ints{INT_MAX}));
+    EXPECT_EQ(caster_.ToIntList("99999999999999999999"), (Ints{INT_MAX}));
+    EXPECT_EQ(caster_.ToIntList("-2147483649,1"), (Ints{INT_MIN, 1}));
 }
 
 TEST_F(RaidConfigCasterTest, ToIntListWritesNothingToTheLog) {
@@ -436,8 +437,9 @@ TEST_F(RaidConfigCasterTest, ToVolumeObjectReadsPolicyCodesThroughAStream) {
     section.initialization = "9";
     const auto volume = caster_.ToVolumeObject(section);
     EXPECT_EQ(volume.write_policy, 2);
-    EXPECT_EQ(volume.read_policy, -1);
-    EXPECT_EQ(volume.io_policy, -1);
+    // Nothing converts: 0, as stream extraction gives; too large: the limit of int.
+    EXPECT_EQ(volume.read_policy, 0);
+    EXPECT_EQ(volume.io_policy, INT_MAX);
     EXPECT_EQ(volume.access_policy, 3);
     EXPECT_EQ(volume.cache_policy, -1);
     EXPECT_EQ(volume.initialization, 9);
@@ -540,8 +542,9 @@ TEST_F(RaidConfigCasterTest, ToMicrochipConfigReadsIoPolicyThroughAStream) {
     EXPECT_EQ(caster_.ToMicrochipConfig(section).io_policy, 0);
     section.io_policy = "1x";
     EXPECT_EQ(caster_.ToMicrochipConfig(section).io_policy, 1);
+    // Nothing converts: 0, not the -1 an empty text gives.
     section.io_policy = "x";
-    EXPECT_EQ(caster_.ToMicrochipConfig(section).io_policy, -1);
+    EXPECT_EQ(caster_.ToMicrochipConfig(section).io_policy, 0);
 }
 
 // ToOobMicroConfig: OOB_MICROCHIP
@@ -625,13 +628,13 @@ TEST_F(RaidConfigCasterTest, ToOobMicroConfigCastsDisksAsSpansAndHotSparesAsALis
     EXPECT_EQ(config.hot_spares, (Ints{3, -1, 4}));
 }
 
-TEST_F(RaidConfigCasterTest, ToOobMicroConfigGivesMinusOneForAnUnreadablePolicy) {
+TEST_F(RaidConfigCasterTest, ToOobMicroConfigGivesWhatTheStreamGivesForAnUnreadablePolicy) {
     OobMicroVolSection section = FullOobMicroVol();
     section.write_policy = "x";
-    section.read_policy = "y";
+    section.read_policy = "99999999999";
     const auto config = caster_.ToOobMicroConfig(section);
-    EXPECT_EQ(config.write_policy, -1);
-    EXPECT_EQ(config.read_policy, -1);
+    EXPECT_EQ(config.write_policy, 0);
+    EXPECT_EQ(config.read_policy, INT_MAX);
 }
 
 // ToVolManDevConfig: OOB_VROC
