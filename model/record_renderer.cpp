@@ -461,9 +461,8 @@ void RecordRenderer::Render(const Controller& controller, rc::Controller& record
     record.vendor = controller.vendor;
     record.raid_url =
         "/redfish/v1/Systems/1/Storage/" + controller.family + "-" + std::to_string(controller.id);
-    record.max_stripe_size = Kilobytes(controller.max_stripe_kb);
-    record.min_stripe_size = Kilobytes(controller.min_stripe_kb);
-    record.support_raid_levels = controller.raid_levels;
+    // The stripe limits and levels are the support helper's to fill (ControllerReader::
+    // SupportInfo): without a helper they stay empty.
     for (const Disk& disk : controller.disks) {
         record.disks.push_back(OobDisk(disk));
     }
@@ -486,9 +485,8 @@ void RecordRenderer::Render(const Controller& controller, rc::M2CtrlInfo& record
     record.id = controller.id;
     record.version = controller.version;
     record.name = controller.name;
-    record.max_stripe_size = Kilobytes(controller.max_stripe_kb);
-    record.min_stripe_size = Kilobytes(controller.min_stripe_kb);
-    record.support_raid_levels = controller.raid_levels;
+    // The stripe limits and levels are the support helper's to fill (ControllerReader::
+    // SupportInfo): without a helper they stay empty.
     for (const Disk& disk : controller.disks) {
         rc::M2DiskInfo out;
         out.slot_no = disk.slot_no;
@@ -518,9 +516,8 @@ void RecordRenderer::Render(const Controller& controller, pc::MicrochipCtrl& rec
     record.fru_no = controller.fru_no;
     record.part_no = controller.part_no;
     record.manufacturer = controller.manufacturer;
-    record.max_stripe_size = Kilobytes(controller.max_stripe_kb);
-    record.min_stripe_size = Kilobytes(controller.min_stripe_kb);
-    record.support_raid_levels = controller.raid_levels;
+    // The stripe limits and levels are the support helper's to fill (ControllerReader::
+    // SupportInfo): without a helper they stay empty.
     for (const Disk& disk : controller.disks) {
         record.disks.push_back(ProtocolDisk(disk));
     }
@@ -544,9 +541,8 @@ void RecordRenderer::Render(const Controller& controller, pc::VolManDevCtrl& rec
     record.version = controller.version;
     record.manufacturer = controller.manufacturer;
     record.model = controller.model;
-    record.max_stripe_size = Kilobytes(controller.max_stripe_kb);
-    record.min_stripe_size = Kilobytes(controller.min_stripe_kb);
-    record.support_raid_levels = controller.raid_levels;
+    // The stripe limits and levels are the support helper's to fill (ControllerReader::
+    // SupportInfo): without a helper they stay empty.
     for (const Disk& disk : controller.disks) {
         record.disks.push_back(ProtocolDisk(disk));
     }

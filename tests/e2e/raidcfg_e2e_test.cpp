@@ -440,6 +440,60 @@ std::string Squeezed(const std::string& text) {
     return squeezed;
 }
 
+// The demo machine's file with one piece of text replaced (the first after the text after), for
+// a variant of the demo server.
+std::string DemoWith(const std::string& from, const std::string& to,
+                     const std::string& after = "") {
+    std::string text = raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE);
+    const std::size_t at = text.find(from, text.find(after));
+    EXPECT_NE(at, std::string::npos) << from;
+    if (at != std::string::npos) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+std::size_t Count(const std::string& text, const std::string& what) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos;
+         at = text.find(what, at + what.size())) {
+        ++count;
+    }
+    return count;
+}
+
+TEST(RaidcfgE2eTest, WithoutASupportHelperTheSupportElementsAreEmptyAndPresent) {
+    for (const char* variant : {R"("rest_connections": 0)", R"("support_info": false)"}) {
+        raidcfg_test::TempDir dir;
+        const std::string from = std::string(variant).find("rest") != std::string::npos
+                                     ? R"("rest_connections": 1)"
+                                     : R"("support_info": true)";
+        raidcfg_test::WriteFile(dir.File("m.json"), DemoWith(from, variant));
+        const Outcome shown = RunRaidcfg(
+            dir.path(), {"show", "--machine", "m.json", "--bmc", "admin:secret@sim", "-q"});
+        EXPECT_EQ(shown.status, 0) << variant << shown.out << shown.err;
+        const std::string xml = raidcfg_test::ReadFile(dir.File("raid_show_result.xml"));
+        const std::size_t controllers = Count(xml, "<MinStripeSize");
+        EXPECT_GT(controllers, 0U) << xml;
+        EXPECT_EQ(Count(xml, "<MinStripeSize/>"), controllers) << variant;
+        EXPECT_EQ(Count(xml, "<MaxStripeSize/>"), controllers) << variant;
+        EXPECT_EQ(Count(xml, "<SupportRaidLevels/>"), controllers) << variant;
+    }
+}
+
+TEST(RaidcfgE2eTest, AStripeLimitTheControllerDoesNotTellIsEmptyWithAHelper) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(
+        dir.File("m.json"),
+        DemoWith(R"("min_stripe_kb": 64,)", R"("min_stripe_kb": 0,)", R"("family": "OOB_LSI")"));
+    const Outcome shown =
+        RunRaidcfg(dir.path(), {"show", "--machine", "m.json", "--bmc", "admin:secret@sim", "-q"});
+    EXPECT_EQ(shown.status, 0) << shown.out << shown.err;
+    const std::string xml = raidcfg_test::ReadFile(dir.File("raid_show_result.xml"));
+    EXPECT_EQ(Count(xml, "<MinStripeSize/>"), 1U) << xml;
+    EXPECT_EQ(xml.find("<MinStripeSize>0K</MinStripeSize>"), std::string::npos);
+}
+
 TEST(RaidcfgE2eTest, AHotSpareBeyondIntIsTheLimitOfIntAsStreamExtractionGivesIt) {
     raidcfg_test::TempDir dir;
     raidcfg_test::TempDir state;
