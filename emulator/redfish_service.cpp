@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "emulator/drive_uris.hpp"
 #include "emulator/expander.hpp"
 #include "emulator/metadata_document.hpp"
 #include "emulator/odata_service_document.hpp"
@@ -86,6 +87,31 @@ std::optional<int> TaskNumber(const std::string& text) {
         return std::nullopt;
     }
     return std::stoi(text);
+}
+
+// The Storage id a write addresses and the segments after it: below a Storage as they stand,
+// for a drive under the Chassis "Drives", its disk part and the rest. False for other places.
+bool WriteTarget(const std::vector<std::string>& s, const sim::Machine& machine, std::string& sid,
+                 std::vector<std::string>& rest) {
+    if (s.size() < 6 || s[0] != "redfish" || s[1] != "v1") {
+        return false;
+    }
+    if (s[2] == "Systems" && s[3] == "1" && s[4] == "Storage") {
+        sid = s[5];
+        rest.assign(s.begin() + 6, s.end());
+        return true;
+    }
+    if (s[2] == "Chassis" && s[3] == "1" && s[4] == "Drives") {
+        const std::optional<DriveUris::Parts> parts = DriveUris::Split(machine, s[5]);
+        if (!parts) {
+            return false;
+        }
+        sid = parts->sid;
+        rest = {"Drives", parts->disk};
+        rest.insert(rest.end(), s.begin() + 6, s.end());
+        return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -180,10 +206,12 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
     if (method == "POST" && path == ResourceBuilder::kSystemReset) {
         return ResetSystem(request.body);
     }
-    // Writes below a Storage resource; the owner of an action is the resource before /Actions.
-    const bool storage = s.size() >= 6 && s[0] == "redfish" && s[1] == "v1" && s[2] == "Systems" &&
-                         s[3] == "1" && s[4] == "Storage";
-    if (storage && (method == "POST" || method == "PATCH" || method == "DELETE")) {
+    // Writes below a Storage resource or to a drive under the Chassis; the owner of an action is
+    // the resource before /Actions.
+    std::string sid;
+    std::vector<std::string> rest;
+    if ((method == "POST" || method == "PATCH" || method == "DELETE") &&
+        WriteTarget(s, machine, sid, rest)) {
         const std::string if_match = request.Header("If-Match");
         if (!if_match.empty() && if_match != "*") {
             const std::string owner = path.substr(0, path.find("/Actions/"));
@@ -200,8 +228,7 @@ HttpResponse RedfishService::Dispatch(const HttpRequest& request, const std::str
             }
         }
         WriteHandlers writes(store_, tasks_);
-        const std::vector<std::string> rest(s.begin() + 6, s.end());
-        if (auto response = writes.Handle(method, s[5], rest, body)) {
+        if (auto response = writes.Handle(method, sid, rest, body)) {
             return std::move(*response);
         }
     }

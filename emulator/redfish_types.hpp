@@ -22,6 +22,9 @@ public:
     static constexpr const char* kStorageControllerCollection =
         "#StorageControllerCollection.StorageControllerCollection";
     static constexpr const char* kStorageController = "#StorageController.v1_7_0.StorageController";
+    static constexpr const char* kChassisCollection = "#ChassisCollection.ChassisCollection";
+    static constexpr const char* kChassis = "#Chassis.v1_23_0.Chassis";
+    static constexpr const char* kDriveCollection = "#DriveCollection.DriveCollection";
     static constexpr const char* kDrive = "#Drive.v1_17_0.Drive";
     static constexpr const char* kVolumeCollection = "#VolumeCollection.VolumeCollection";
     static constexpr const char* kVolume = "#Volume.v1_9_0.Volume";

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "emulator/account_resources.hpp"
+#include "emulator/drive_uris.hpp"
 #include "emulator/redfish_names.hpp"
 #include "emulator/redfish_types.hpp"
 
@@ -18,10 +19,6 @@ constexpr long long kBytesPerKiB = 1024;
 
 std::string StorageUri(const sim::Controller& controller) {
     return std::string(ResourceBuilder::kStorageRoot) + "/" + RedfishNames::StorageId(controller);
-}
-
-std::string DriveUri(const sim::Controller& controller, int disk) {
-    return StorageUri(controller) + "/Drives/" + std::to_string(disk);
 }
 
 std::string VolumeUri(const sim::Controller& controller, const std::string& id) {
@@ -157,6 +154,9 @@ std::optional<json> ResourceBuilder::Build(const std::string& path) const {
         }
         return std::nullopt;
     }
+    if (s[2] == "Chassis") {
+        return ChassisResource(s);
+    }
     if (s[2] == "AccountService") {
         return AccountResources(machine_.bmc).Build(s);
     }
@@ -178,6 +178,7 @@ json ResourceBuilder::ServiceRoot() const {
     root["Name"] = "Root Service";
     root["RedfishVersion"] = "1.17.0";
     root["Systems"] = Reference("/redfish/v1/Systems");
+    root["Chassis"] = Reference("/redfish/v1/Chassis");
     root["Managers"] = Reference("/redfish/v1/Managers");
     root["SessionService"] = Reference("/redfish/v1/SessionService");
     root["AccountService"] = Reference(AccountResources::kRoot);
@@ -211,7 +212,8 @@ json ResourceBuilder::System() const {
     system["SystemType"] = "Physical";
     system["Status"] = Enabled();
     system["Storage"] = Reference(kStorageRoot);
-    system["Links"] = {{"ManagedBy", json::array({Reference("/redfish/v1/Managers/1")})}};
+    system["Links"] = {{"Chassis", json::array({Reference(DriveUris::kChassis)})},
+                       {"ManagedBy", json::array({Reference("/redfish/v1/Managers/1")})}};
     system["PowerState"] = "On";
     // What generic clients expect of every ComputerSystem. A reset is accepted and changes
     // nothing: the simulated server has no power to cycle.
@@ -298,14 +300,69 @@ std::optional<json> ResourceBuilder::StorageResource(const std::vector<std::stri
         }
         return std::nullopt;
     }
+    // The URI of old: an alias of the drive under the Chassis.
     if (kind == "Drives" && s.size() == 8) {
-        const std::optional<int> id = ParseInt(s[7]);
-        const sim::Disk* disk = id ? FindDisk(*controller, *id) : nullptr;
-        if (disk != nullptr && std::to_string(disk->id) == s[7]) {
-            return Drive(*controller, *disk);
-        }
+        return DriveOf(*controller, s[7]);
     }
     return std::nullopt;
+}
+
+std::optional<json> ResourceBuilder::DriveOf(const sim::Controller& controller,
+                                             const std::string& disk_text) {
+    const std::optional<int> id = ParseInt(disk_text);
+    const sim::Disk* disk = id ? FindDisk(controller, *id) : nullptr;
+    if (disk != nullptr && std::to_string(disk->id) == disk_text) {
+        return Drive(controller, *disk);
+    }
+    return std::nullopt;
+}
+
+std::optional<json> ResourceBuilder::ChassisResource(const std::vector<std::string>& s) const {
+    // s: redfish v1 Chassis [1 [Drives [id]]]
+    if (s.size() == 3) {
+        return Collection("/redfish/v1/Chassis", RedfishTypes::kChassisCollection,
+                          "Chassis Collection", {DriveUris::kChassis});
+    }
+    if (s[3] != "1") {
+        return std::nullopt;
+    }
+    if (s.size() == 4) {
+        return Chassis();
+    }
+    if (s[4] != "Drives") {
+        return std::nullopt;
+    }
+    if (s.size() == 5) {
+        std::vector<std::string> members;
+        for (const sim::Controller& controller : machine_.controllers) {
+            if (RedfishNames::IsServedFamily(controller.family)) {
+                for (const sim::Disk& disk : controller.disks) {
+                    members.push_back(DriveUris::Uri(controller, disk.id));
+                }
+            }
+        }
+        return Collection(DriveUris::kDrives, RedfishTypes::kDriveCollection, "Drive Collection",
+                          members);
+    }
+    if (s.size() != 6) {
+        return std::nullopt;
+    }
+    const std::optional<DriveUris::Parts> parts = DriveUris::Split(machine_, s[5]);
+    const sim::Controller* controller = parts ? FindStorage(machine_, parts->sid) : nullptr;
+    return controller != nullptr ? DriveOf(*controller, parts->disk) : std::nullopt;
+}
+
+json ResourceBuilder::Chassis() {
+    json chassis = Head(DriveUris::kChassis, RedfishTypes::kChassis);
+    chassis["Id"] = "1";
+    chassis["Name"] = "Simulated server chassis";
+    chassis["ChassisType"] = "RackMount";
+    chassis["PowerState"] = "On";
+    chassis["Status"] = Enabled();
+    chassis["Drives"] = Reference(DriveUris::kDrives);
+    chassis["Links"] = {{"ComputerSystems", json::array({Reference("/redfish/v1/Systems/1")})},
+                        {"ManagedBy", json::array({Reference("/redfish/v1/Managers/1")})}};
+    return chassis;
 }
 
 json ResourceBuilder::Storage(const sim::Controller& controller) {
@@ -327,10 +384,12 @@ json ResourceBuilder::Storage(const sim::Controller& controller) {
     storage["StorageControllers@odata.count"] = 1;
     storage["Drives"] = json::array();
     for (const sim::Disk& disk : controller.disks) {
-        storage["Drives"].push_back(Reference(DriveUri(controller, disk.id)));
+        storage["Drives"].push_back(Reference(DriveUris::Uri(controller, disk.id)));
     }
     storage["Drives@odata.count"] = controller.disks.size();
     storage["Volumes"] = Reference(uri + "/Volumes");
+    storage["Links"] = {{"Enclosures", json::array({Reference(DriveUris::kChassis)})},
+                        {"Enclosures@odata.count", 1}};
     if (controller.ekm_mode) {
         const std::string mode = RedfishNames::EncryptionMode(*controller.ekm_mode);
         if (!mode.empty()) {
@@ -411,9 +470,9 @@ json ResourceBuilder::StorageController(const sim::Controller& controller, const
 }
 
 json ResourceBuilder::Drive(const sim::Controller& controller, const sim::Disk& disk) {
-    const std::string uri = DriveUri(controller, disk.id);
+    const std::string uri = DriveUris::Uri(controller, disk.id);
     json drive = Head(uri, RedfishTypes::kDrive);
-    drive["Id"] = std::to_string(disk.id);
+    drive["Id"] = DriveUris::Id(controller, disk.id);
     drive["Name"] =
         disk.product_name.empty() ? "Drive " + std::to_string(disk.id) : disk.product_name;
     drive["Model"] = disk.product_name;
@@ -457,7 +516,10 @@ json ResourceBuilder::Drive(const sim::Controller& controller, const sim::Disk& 
     if (disk.state == "JBOD") {
         volumes.push_back(Reference(VolumeUri(controller, PassThroughId(disk.id))));
     }
-    drive["Links"] = {{"Volumes@odata.count", volumes.size()}, {"Volumes", volumes}};
+    drive["Links"] = {{"Chassis", Reference(DriveUris::kChassis)},
+                      {"Storage", Reference(StorageUri(controller))},
+                      {"Volumes@odata.count", volumes.size()},
+                      {"Volumes", volumes}};
     drive["Actions"] = {
         {"Oem", {{"#Raidcfg.MakeGood", {{"target", uri + "/Actions/Oem/Raidcfg.MakeGood"}}}}}};
     drive["Oem"] = {{"Raidcfg",
@@ -503,12 +565,12 @@ json ResourceBuilder::Volume(const sim::Controller& controller, const sim::Volum
     json drives = json::array();
     for (const auto& span : volume.spans) {
         for (int disk : span) {
-            drives.push_back(Reference(DriveUri(controller, disk)));
+            drives.push_back(Reference(DriveUris::Uri(controller, disk)));
         }
     }
     json spares = json::array();
     for (int disk : volume.dedicated_spares) {
-        spares.push_back(Reference(DriveUri(controller, disk)));
+        spares.push_back(Reference(DriveUris::Uri(controller, disk)));
     }
     body["Links"] = {{"Drives@odata.count", drives.size()},
                      {"Drives", drives},
@@ -542,7 +604,7 @@ json ResourceBuilder::PassThrough(const sim::Controller& controller, const sim::
     body["CapacityBytes"] = disk.capacity_mb * kBytesPerMiB;
     body["Status"] = Enabled();
     body["Links"] = {{"Drives@odata.count", 1},
-                     {"Drives", json::array({Reference(DriveUri(controller, disk.id))})}};
+                     {"Drives", json::array({Reference(DriveUris::Uri(controller, disk.id))})}};
     body["Oem"] = {{"Raidcfg", {{"@odata.type", RedfishTypes::kOemVolume}, {"PassThrough", true}}}};
     return body;
 }

@@ -11,7 +11,8 @@
 namespace emulator {
 
 // Renders the machine model as Redfish resources: the service root, the system and its Storage
-// tree, and the Manager of the BMC (docs/redfish.md). Sessions and tasks live in the service.
+// tree, the Chassis with the drives, and the Manager of the BMC (docs/redfish.md). Sessions and
+// tasks live in the service.
 class ResourceBuilder {
 public:
     static constexpr const char* kStorageRoot = "/redfish/v1/Systems/1/Storage";
@@ -47,10 +48,16 @@ private:
     static nlohmann::json StorageController(const sim::Controller& controller,
                                             const std::string& uri);
     static nlohmann::json Drive(const sim::Controller& controller, const sim::Disk& disk);
+    // The drive of the controller whose id is disk_text exactly; empty when there is none.
+    static std::optional<nlohmann::json> DriveOf(const sim::Controller& controller,
+                                                 const std::string& disk_text);
     static nlohmann::json Volume(const sim::Controller& controller, const sim::Volume& volume);
     static nlohmann::json PassThrough(const sim::Controller& controller, const sim::Disk& disk);
     static nlohmann::json VolumeCollection(const sim::Controller& controller);
     std::optional<nlohmann::json> StorageResource(const std::vector<std::string>& segments) const;
+    // The Chassis collection, the one Chassis and the drives under it.
+    std::optional<nlohmann::json> ChassisResource(const std::vector<std::string>& segments) const;
+    static nlohmann::json Chassis();
 
     const sim::Machine& machine_;
     bool expand_supported_;

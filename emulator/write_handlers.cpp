@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "backend/records.hpp"
+#include "emulator/drive_uris.hpp"
 #include "emulator/redfish_errors.hpp"
 #include "emulator/redfish_names.hpp"
 #include "emulator/resource_builder.hpp"
@@ -142,6 +143,19 @@ std::optional<std::vector<std::string>> LinkIds(const json& body, const std::str
     return ids;
 }
 
+// The disk parts of the drive links of a link array: a drive under the Chassis of this Storage
+// ("OOB_LSI-0-3") or below it ("3") both give "3".
+std::optional<std::vector<std::string>> DriveLinkIds(const json& body, const std::string& name,
+                                                     const std::string& sid) {
+    std::optional<std::vector<std::string>> ids = LinkIds(body, name);
+    if (ids) {
+        for (std::string& id : *ids) {
+            id = DriveUris::DiskOf(sid, id);
+        }
+    }
+    return ids;
+}
+
 std::optional<int> ParseId(const std::string& text) {
     if (text.empty() || text.size() > 9 ||
         !std::all_of(text.begin(), text.end(),
@@ -197,8 +211,8 @@ struct VolumeFields {
     int initialization = 0;
 };
 
-bool ReadVolumeFields(const json& body, const std::string& family, VolumeFields& fields,
-                      std::string& error) {
+bool ReadVolumeFields(const json& body, const std::string& family, const std::string& sid,
+                      VolumeFields& fields, std::string& error) {
     const json* oem = Oem(body);
     if (const auto level = Text(oem, "RAIDLevel")) {
         fields.level = *level;
@@ -213,7 +227,7 @@ bool ReadVolumeFields(const json& body, const std::string& family, VolumeFields&
         for (const json& span : spans) {
             fields.spans.push_back(IntList(span, "Spans"));
         }
-    } else if (const auto drives = LinkIds(body, "Drives")) {
+    } else if (const auto drives = DriveLinkIds(body, "Drives", sid)) {
         std::vector<int> ids;
         if (!DiskIds(*drives, ids, error)) {
             return false;
@@ -225,7 +239,7 @@ bool ReadVolumeFields(const json& body, const std::string& family, VolumeFields&
     fields.rest = Bool(oem, "RestDisks").value_or(false);
     if (oem != nullptr && oem->contains("HotSpares")) {
         fields.hot_spares = IntList((*oem)["HotSpares"], "HotSpares");
-    } else if (const auto spares = LinkIds(body, "DedicatedSpareDrives")) {
+    } else if (const auto spares = DriveLinkIds(body, "DedicatedSpareDrives", sid)) {
         if (!DiskIds(*spares, fields.hot_spares, error)) {
             return false;
         }
@@ -265,9 +279,12 @@ bool ReadVolumeFields(const json& body, const std::string& family, VolumeFields&
 WriteHandlers::WriteHandlers(std::shared_ptr<sim::MachineStore> store, TaskStore& tasks)
     : store_(std::move(store)), tasks_(tasks) {}
 
+std::string WriteHandlers::Sid() const {
+    return family_ + "-" + std::to_string(controller_);
+}
+
 std::string WriteHandlers::StorageUri() const {
-    return std::string(ResourceBuilder::kStorageRoot) + "/" + family_ + "-" +
-           std::to_string(controller_);
+    return std::string(ResourceBuilder::kStorageRoot) + "/" + Sid();
 }
 
 std::optional<sim::Controller> WriteHandlers::ReadController() const {
@@ -403,7 +420,7 @@ HttpResponse WriteHandlers::CreateVolume(const json& body) {
     }
     VolumeFields fields;
     std::string error;
-    if (!ReadVolumeFields(body, family_, fields, error)) {
+    if (!ReadVolumeFields(body, family_, Sid(), fields, error)) {
         return RedfishErrors::Refused(rc::RAID_OPERATION_FAILED, error);
     }
     std::set<int> before;
@@ -483,7 +500,7 @@ HttpResponse WriteHandlers::CreateVolume(const json& body) {
 
 HttpResponse WriteHandlers::MakeJbod(const json& body) {
     const std::vector<std::string> drives =
-        LinkIds(body, "Drives").value_or(std::vector<std::string>{});
+        DriveLinkIds(body, "Drives", Sid()).value_or(std::vector<std::string>{});
     if (drives.size() != 1) {
         return RedfishErrors::Refused(rc::RAID_OPERATION_FAILED,
                                       "a pass-through volume takes exactly one drive, got " +
@@ -566,7 +583,8 @@ HttpResponse WriteHandlers::PatchDrive(const std::string& disk, const json& body
 
 HttpResponse WriteHandlers::PatchVolume(const std::string& volume, const json& body) {
     const std::optional<bool> encrypted = Bool(&body, "Encrypted");
-    const std::optional<std::vector<std::string>> spares = LinkIds(body, "DedicatedSpareDrives");
+    const std::optional<std::vector<std::string>> spares =
+        DriveLinkIds(body, "DedicatedSpareDrives", Sid());
     if (!encrypted && !spares) {
         return BadRequest("Base.1.8.PropertyMissing",
                           "Only Encrypted and Links/DedicatedSpareDrives can be changed.");

@@ -20,8 +20,9 @@ class WriteHandlers {
 public:
     WriteHandlers(std::shared_ptr<sim::MachineStore> store, TaskStore& tasks);
 
-    // A write below /redfish/v1/Systems/1/Storage/{sid}: rest holds the segments after the
-    // Storage id. Empty when no write is served at that place with that method.
+    // A write below /redfish/v1/Systems/1/Storage/{sid} (a drive under the Chassis is addressed
+    // as the drive below its Storage): rest holds the segments after the Storage id. Empty when no
+    // write is served at that place with that method.
     std::optional<HttpResponse> Handle(const std::string& method, const std::string& sid,
                                        const std::vector<std::string>& rest,
                                        const nlohmann::json& body);
@@ -39,6 +40,8 @@ private:
 
     // The machine's copy of this request's controller, read anew; nullptr when it is gone.
     std::optional<sim::Controller> ReadController() const;
+    // "OOB_LSI-0" and the Storage's URI.
+    std::string Sid() const;
     std::string StorageUri() const;
 
     std::shared_ptr<sim::MachineStore> store_;

@@ -27,6 +27,7 @@ protected:
     using Headers = std::vector<std::pair<std::string, std::string>>;
 
     static constexpr const char* kStorage = "/redfish/v1/Systems/1/Storage";
+    static constexpr const char* kChassisDrives = "/redfish/v1/Chassis/1/Drives";
     // "admin:secret", the demo machine's BMC credentials.
     static constexpr const char* kBasic = "Basic YWRtaW46c2VjcmV0";
 

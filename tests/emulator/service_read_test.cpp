@@ -1,5 +1,6 @@
 // Reads of the Redfish service on the demo machine: service root, authentication, sessions, the
 // Storage tree, $expand and ETags.
+#include <set>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -17,8 +18,8 @@ using nlohmann::json;
 
 class EmulatorReadTest : public ServiceFixture {
 protected:
-    // Every resource of the Storage tree, by URL: found by following the links from the
-    // collection, so that nothing the tree links is left out.
+    // Every resource of the Storage tree and its drives under the Chassis, by URL: found by
+    // following the links from the collection, so that nothing the tree links is left out.
     json Tree() {
         json tree = json::object();
         AddTree(kStorage, tree);
@@ -46,7 +47,8 @@ protected:
         }
         if (node.size() == 1 && node.contains("@odata.id")) {
             const std::string uri = node["@odata.id"].get<std::string>();
-            if (uri.rfind(kStorage, 0) == 0 && uri.find('#') == std::string::npos) {
+            const bool drive = uri.rfind(std::string(kChassisDrives) + "/", 0) == 0;
+            if ((uri.rfind(kStorage, 0) == 0 || drive) && uri.find('#') == std::string::npos) {
                 AddTree(uri, tree);
             }
             return;
@@ -289,15 +291,113 @@ TEST_F(EmulatorReadTest, JbodDiskShowsAsPassThroughVolume) {
     EXPECT_EQ(Get(base + "/Volumes/PassThrough-6").status, 404);
 }
 
+TEST_F(EmulatorReadTest, TheChassisHoldsEveryServedDriveUnderAnIdUniqueAcrossControllers) {
+    EXPECT_EQ(GetJson("/redfish/v1/Chassis")["Members"],
+              json::array({{{"@odata.id", "/redfish/v1/Chassis/1"}}}));
+    const json chassis = GetJson("/redfish/v1/Chassis/1");
+    EXPECT_EQ(chassis["@odata.type"], "#Chassis.v1_23_0.Chassis");
+    EXPECT_EQ(chassis["ChassisType"], "RackMount");
+    EXPECT_EQ(chassis["Drives"], json({{"@odata.id", kChassisDrives}}));
+    EXPECT_EQ(chassis["Links"]["ComputerSystems"],
+              json::array({{{"@odata.id", "/redfish/v1/Systems/1"}}}));
+    EXPECT_EQ(chassis["Links"]["ManagedBy"],
+              json::array({{{"@odata.id", "/redfish/v1/Managers/1"}}}));
+
+    const json drives = GetJson(kChassisDrives);
+    EXPECT_EQ(drives["@odata.type"], "#DriveCollection.DriveCollection");
+    // The disks of the seven served controllers, in file order: 9 + 5 + 6 + 4 + 4 + 9 + 6.
+    ASSERT_EQ(drives["Members@odata.count"], 43);
+    EXPECT_EQ(drives["Members"][0]["@odata.id"], std::string(kChassisDrives) + "/OOB_LSI-0-0");
+    EXPECT_EQ(drives["Members"][9]["@odata.id"], std::string(kChassisDrives) + "/OOB_CFC-0-0");
+    std::set<std::string> ids;
+    json storage_drives = json::array();
+    const json storages = GetJson(std::string(kStorage) + "?$expand=.");
+    for (const json& storage : storages["Members"]) {
+        storage_drives.insert(storage_drives.end(), storage["Drives"].begin(),
+                              storage["Drives"].end());
+    }
+    EXPECT_EQ(storage_drives, drives["Members"]) << "every Storage links its drives there";
+    for (const json& member : drives["Members"]) {
+        const json drive = GetJson(member["@odata.id"].get<std::string>());
+        EXPECT_EQ(drive["@odata.id"], member["@odata.id"]);
+        ids.insert(drive["Id"].get<std::string>());
+    }
+    EXPECT_EQ(ids.size(), 43U);
+}
+
+TEST_F(EmulatorReadTest, TheRootTheSystemAndEveryStorageLinkTheChassis) {
+    const json root = json::parse(Send("GET", "/redfish/v1", "", {}).body);
+    EXPECT_EQ(root["Chassis"], json({{"@odata.id", "/redfish/v1/Chassis"}}));
+    EXPECT_EQ(GetJson("/redfish/v1/Systems/1")["Links"]["Chassis"],
+              json::array({{{"@odata.id", "/redfish/v1/Chassis/1"}}}));
+    EXPECT_EQ(GetJson(std::string(kStorage) + "/OOB_VROC-0")["Links"]["Enclosures"],
+              json::array({{{"@odata.id", "/redfish/v1/Chassis/1"}}}));
+}
+
+TEST_F(EmulatorReadTest, TheDriveUrisBelowAStorageServeTheSameDriveAsTheChassis) {
+    const std::string chassis_uri = std::string(kChassisDrives) + "/OOB_LSI-0-6";
+    const emulator::HttpResponse chassis = Get(chassis_uri);
+    const emulator::HttpResponse alias = Get(std::string(kStorage) + "/OOB_LSI-0/Drives/6");
+    ASSERT_EQ(alias.status, 200);
+    EXPECT_EQ(alias.body, chassis.body);
+    EXPECT_EQ(alias.Header("ETag"), chassis.Header("ETag"));
+    const json drive = json::parse(alias.body);
+    EXPECT_EQ(drive["@odata.id"], chassis_uri);
+    EXPECT_EQ(drive["Id"], "OOB_LSI-0-6");
+    EXPECT_EQ(drive["Oem"]["Raidcfg"]["Id"], 6);
+    EXPECT_EQ(drive["Links"]["Chassis"], json({{"@odata.id", "/redfish/v1/Chassis/1"}}));
+    EXPECT_EQ(drive["Links"]["Storage"],
+              json({{"@odata.id", std::string(kStorage) + "/OOB_LSI-0"}}));
+    EXPECT_EQ(drive["Actions"]["Oem"]["#Raidcfg.MakeGood"]["target"],
+              chassis_uri + "/Actions/Oem/Raidcfg.MakeGood");
+}
+
+TEST_F(EmulatorReadTest, ADriveLinksTheVolumesItIsInAndAnEmptyListWhenNone) {
+    const std::string lsi = std::string(kStorage) + "/OOB_LSI-0";
+    const json member = GetJson(std::string(kChassisDrives) + "/OOB_LSI-0-0")["Links"];
+    EXPECT_EQ(member["Volumes"], json::array({{{"@odata.id", lsi + "/Volumes/0"}}}));
+    EXPECT_EQ(member["Volumes@odata.count"], 1);
+    const json free = GetJson(std::string(kChassisDrives) + "/OOB_LSI-0-6")["Links"];
+    EXPECT_EQ(free["Volumes"], json::array());
+    EXPECT_EQ(free["Volumes@odata.count"], 0);
+    // A dedicated spare serves the volume but is not in it.
+    EXPECT_EQ(GetJson(std::string(kChassisDrives) + "/OOB_LSI-0-4")["Links"]["Volumes"],
+              json::array());
+}
+
+TEST_F(EmulatorReadTest, VolumeAndSpareLinksPointToTheChassisDrives) {
+    const std::string lsi = std::string(kStorage) + "/OOB_LSI-0";
+    const std::string drives = std::string(kChassisDrives) + "/OOB_LSI-0-";
+    const json links = GetJson(lsi + "/Volumes/0")["Links"];
+    EXPECT_EQ(links["Drives"], json::array({{{"@odata.id", drives + "0"}},
+                                            {{"@odata.id", drives + "1"}},
+                                            {{"@odata.id", drives + "2"}},
+                                            {{"@odata.id", drives + "3"}}}));
+    EXPECT_EQ(links["DedicatedSpareDrives"], json::array({{{"@odata.id", drives + "4"}}}));
+    EXPECT_EQ(GetJson(lsi + "/Volumes/PassThrough-8")["Links"]["Drives"],
+              json::array({{{"@odata.id", drives + "8"}}}));
+}
+
+TEST_F(EmulatorReadTest, ChassisPlacesThatDoNotExistAreNotFound) {
+    EXPECT_EQ(Get("/redfish/v1/Chassis/2").status, 404);
+    EXPECT_EQ(Get(std::string(kChassisDrives) + "/OOB_LSI-0-99").status, 404);
+    EXPECT_EQ(Get(std::string(kChassisDrives) + "/OOB_LSI-0-06").status, 404);
+    EXPECT_EQ(Get(std::string(kChassisDrives) + "/OOB_LSI-7-0").status, 404);
+    EXPECT_EQ(Get(std::string(kChassisDrives) + "/LSI-0-0").status, 404) << "not served";
+    EXPECT_EQ(Get(std::string(kChassisDrives) + "/6").status, 404);
+    EXPECT_EQ(Get(std::string(kChassisDrives) + "/OOB_LSI-0-6/Actions").status, 404);
+}
+
 TEST_F(EmulatorReadTest, ExpandLevelOneReplacesNonLinkReferences) {
     const std::string base = std::string(kStorage) + "/OOB_LSI-0";
     const json storage = GetJson(base + "?$expand=.");
-    EXPECT_EQ(storage["Drives"][0]["Id"], "0");
+    EXPECT_EQ(storage["Drives"][0]["Id"], "OOB_LSI-0-0");
     EXPECT_EQ(storage["Volumes"]["Members"][0], json({{"@odata.id", base + "/Volumes/0"}}));
     EXPECT_EQ(storage["Controllers"]["Members@odata.count"], 1);
 
     const json volume = GetJson(base + "/Volumes/0?%24expand=.%28%24levels%3D1%29");
-    EXPECT_EQ(volume["Links"]["Drives"][0], json({{"@odata.id", base + "/Drives/0"}}));
+    EXPECT_EQ(volume["Links"]["Drives"][0],
+              json({{"@odata.id", std::string(kChassisDrives) + "/OOB_LSI-0-0"}}));
 }
 
 TEST_F(EmulatorReadTest, ExpandLevelTwoReachesCollectionMembers) {
@@ -317,7 +417,7 @@ TEST_F(EmulatorReadTest, ExpandLevelTwoReachesCollectionMembers) {
 TEST_F(EmulatorReadTest, ExpandLinksForms) {
     const std::string volume = std::string(kStorage) + "/OOB_LSI-0/Volumes/0";
     const json links_only = GetJson(volume + "?$expand=~");
-    EXPECT_EQ(links_only["Links"]["Drives"][0]["Id"], "0");
+    EXPECT_EQ(links_only["Links"]["Drives"][0]["Id"], "OOB_LSI-0-0");
     EXPECT_EQ(links_only["Links"]["DedicatedSpareDrives"][0]["HotspareType"], "Dedicated");
     const json all = GetJson(volume + "?$expand=*");
     EXPECT_EQ(all["Links"]["Drives"], links_only["Links"]["Drives"]);

@@ -281,6 +281,106 @@ TEST_F(EmulatorWriteTest, DedicatedSparesThroughTheVolumeLinks) {
     EXPECT_EQ(Disk(controller, 6).state, "DHS");
 }
 
+TEST_F(EmulatorWriteTest, DrivesAreWrittenAtTheChassisUriAndAtTheStorageUri) {
+    const std::string chassis = std::string(kChassisDrives) + "/OOB_LSI-0-6";
+    ASSERT_EQ(Patch(chassis, {{"HotspareType", "Global"}}).status, 200);
+    EXPECT_EQ(Disk(Controller("OOB_LSI", 0), 6).state, "GHS");
+    ASSERT_EQ(Patch(Lsi() + "/Drives/6", {{"HotspareType", "None"}}).status, 200);
+    EXPECT_EQ(Disk(Controller("OOB_LSI", 0), 6).state, "UGood");
+
+    const json dedicated = {
+        {"HotspareType", "Dedicated"},
+        {"Links", {{"Volumes", json::array({{{"@odata.id", Lsi() + "/Volumes/0"}}})}}}};
+    ASSERT_EQ(Patch(std::string(kChassisDrives) + "/OOB_LSI-0-7", dedicated).status, 200);
+    EXPECT_EQ(Controller("OOB_LSI", 0).volumes[0].dedicated_spares, (std::vector<int>{4, 7}));
+
+    // The driver answers for a disk the controller lacks, at either place.
+    const emulator::HttpResponse missing =
+        Patch(std::string(kChassisDrives) + "/OOB_LSI-0-42", {{"HotspareType", "Global"}});
+    EXPECT_EQ(missing.status, 404);
+    ExpectAnswer(missing, OnTwin([](const Store& store, std::string& text) {
+                     return sim::SimRaidDriver(store, "OOB_LSI").AddGlobalHotSpare(0, "42", text);
+                 }));
+    EXPECT_EQ(
+        Patch(std::string(kChassisDrives) + "/OOB_NONE-0-1", {{"HotspareType", "Global"}}).status,
+        404);
+}
+
+TEST_F(EmulatorWriteTest, MakeGoodRunsAtTheChassisTargetAndAtTheStorageTarget) {
+    const std::string target =
+        GetJson(std::string(kChassisDrives) +
+                "/OOB_LSI-0-8")["Actions"]["Oem"]["#Raidcfg.MakeGood"]["target"];
+    EXPECT_EQ(target, std::string(kChassisDrives) + "/OOB_LSI-0-8/Actions/Oem/Raidcfg.MakeGood");
+    ASSERT_EQ(Post(target, json::object()).status, 200);
+    EXPECT_EQ(Disk(Controller("OOB_LSI", 0), 8).state, "UGood");
+    const std::string microchip = std::string(kStorage) + "/OOB_MICROCHIP-0";
+    ASSERT_EQ(Post(microchip + "/Drives/8/Actions/Oem/Raidcfg.MakeGood", json::object()).status,
+              200);
+    EXPECT_EQ(Disk(Controller("OOB_MICROCHIP", 0), 8).state, "UGood");
+}
+
+TEST_F(EmulatorWriteTest, IfMatchAtTheChassisUriIsTheDrivesETag) {
+    const std::string chassis = std::string(kChassisDrives) + "/OOB_LSI-0-6";
+    const std::string etag = Get(chassis).Header("ETag");
+    EXPECT_EQ(Send("PATCH", chassis, R"({"HotspareType": "Global"})",
+                   {{"Authorization", kBasic}, {"If-Match", "\"0000000000000000\""}})
+                  .status,
+              412);
+    EXPECT_EQ(Disk(Controller("OOB_LSI", 0), 6).state, "UGood");
+    EXPECT_EQ(Send("POST", chassis + "/Actions/Oem/Raidcfg.MakeGood", "{}",
+                   {{"Authorization", kBasic}, {"If-Match", "\"0000000000000000\""}})
+                  .status,
+              412);
+    EXPECT_EQ(Send("PATCH", chassis, R"({"HotspareType": "Global"})",
+                   {{"Authorization", kBasic}, {"If-Match", etag}})
+                  .status,
+              200);
+    EXPECT_EQ(Send("POST", chassis, "{}").status, 405);
+}
+
+TEST_F(EmulatorWriteTest, VolumesTakeChassisDriveLinks) {
+    const std::string drives = std::string(kChassisDrives) + "/OOB_LSI-0-";
+    const json request = {{"RAIDType", "RAID1"},
+                          {"Links",
+                           {{"Drives", json::array({{{"@odata.id", drives + "6"}},
+                                                    {{"@odata.id", drives + "7"}}})}}}};
+    ASSERT_EQ(Post(Lsi() + "/Volumes", request).status, 202);
+    EXPECT_EQ(Controller("OOB_LSI", 0).volumes.back().spans,
+              (std::vector<std::vector<int>>{{6, 7}}));
+
+    const json spares = {
+        {"Links", {{"DedicatedSpareDrives", json::array({{{"@odata.id", drives + "5"}}})}}}};
+    const emulator::HttpResponse spare = Patch(Lsi() + "/Volumes/0", spares);
+    EXPECT_EQ(spare.status, 409) << "disk 5 is a global hot spare: " << spare.body;
+    ExpectAnswer(
+        spare, OnTwin([](const Store& store, std::string& text) {
+            return sim::SimRaidDriver(store, "OOB_LSI").AddDedicatedHotSpare(0, "5", {"0"}, text);
+        }));
+}
+
+TEST_F(EmulatorWriteTest, AJbodTakesAChassisDriveLinkAndRefusesAnotherStoragesDrive) {
+    const json jbod = {
+        {"RAIDType", "None"},
+        {"Links",
+         {{"Drives",
+           json::array({{{"@odata.id", std::string(kChassisDrives) + "/OOB_LSI-0-7"}}})}}}};
+    const emulator::HttpResponse created = Post(Lsi() + "/Volumes", jbod);
+    ASSERT_EQ(created.status, 201) << created.body;
+    EXPECT_EQ(Disk(Controller("OOB_LSI", 0), 7).state, "JBOD");
+
+    const json foreign = {
+        {"RAIDType", "RAID1"},
+        {"Links",
+         {{"Drives",
+           json::array({{{"@odata.id", std::string(kChassisDrives) + "/OOB_MICROCHIP-0-6"}},
+                        {{"@odata.id", std::string(kChassisDrives) + "/OOB_MICROCHIP-0-7"}}})}}}};
+    const emulator::HttpResponse refused = Post(Lsi() + "/Volumes", foreign);
+    EXPECT_EQ(refused.status, 400);
+    EXPECT_EQ(FirstMessage(refused)["Message"],
+              "drive link \"OOB_MICROCHIP-0-6\" does not name a disk");
+    EXPECT_EQ(Controller("OOB_LSI", 0).volumes.size(), 1U);
+}
+
 TEST_F(EmulatorWriteTest, FastInitialization) {
     const std::string init = Lsi() + "/Volumes/0/Actions/Volume.Initialize";
     ASSERT_EQ(Post(init, {{"InitializeType", "Fast"}}).status, 200);

@@ -391,13 +391,21 @@ def _controllers(storage):
     return "%s: %s, %s" % (members[0].identity, members[0].name, storage.controllers.summary)
 
 
+def disk_number(storage, drive):
+    """The machine file's disk id of a Drive: the Chassis names it "<Storage id>-<disk id>"."""
+    prefix = storage.identity + "-"
+    expect(drive.identity.startswith(prefix),
+           "drive %s: Id %r does not start with %r" % (drive.path, drive.identity, prefix))
+    return drive.identity[len(prefix):]
+
+
 def _drives(storage, controller):
     drives = storage.drives
     by_id = {str(d["id"]): d for d in controller.get("disks", [])}
-    found = sorted(d.identity for d in drives)
+    found = sorted(disk_number(storage, d) for d in drives)
     expect(found == sorted(by_id), "drives %s, the machine file has %s" % (found, sorted(by_id)))
     for drive in drives:
-        disk = by_id[drive.identity]
+        disk = by_id[disk_number(storage, drive)]
         where = "drive %s" % drive.path
         expect(drive.capacity_bytes == disk["capacity_mb"] * MIB,
                "%s: CapacityBytes %r, expected %d" % (where, drive.capacity_bytes, disk["capacity_mb"] * MIB))
@@ -411,7 +419,7 @@ def _drives(storage, controller):
         member_of = sorted(str(v["id"]) for v in controller.get("volumes", [])
                            if disk["id"] in [i for span in v.get("spans", []) for i in span])
         if disk.get("state") == "JBOD":
-            member_of = ["PassThrough-%s" % drive.identity]
+            member_of = ["PassThrough-%s" % disk["id"]]
         if member_of:
             # Drive.volumes follows Links.Volumes; sushy takes an empty list for a missing
             # property, so only the drives that are in a volume can be asked.
@@ -462,7 +470,7 @@ def _find_storage(system, target):
 
 def _payload(storage, disks, name):
     """The body of a new volume: its name, RAID type, size and the member Drives' links."""
-    paths = {drive.identity: drive.path for drive in storage.drives}
+    paths = {disk_number(storage, drive): drive.path for drive in storage.drives}
     links = []
     for disk in disks:
         expect(str(disk["id"]) in paths, "disk %s has no Drive in %s" % (disk["id"], storage.path))
