@@ -590,7 +590,8 @@ def _volume_listed(system, target, disks):
         if path.rsplit("/", 1)[-1] == target:
             storage = system.storage.get_member(path)
     expect(storage is not None, "no Storage %s" % target)
-    paths = sorted(drive.path for drive in storage.drives if drive.identity in [str(d["id"]) for d in disks])
+    paths = sorted(drive.path for drive in storage.drives
+                   if disk_number(storage, drive) in [str(d["id"]) for d in disks])
     for volume in storage.volumes.get_members():
         members = sorted(link["@odata.id"].rstrip("/") for link in volume.json.get("Links", {}).get("Drives", []))
         if members == paths:
