@@ -6,10 +6,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/emulator/httplib_include.hpp"
 #include "sim/demo_machine.hpp"
 #include "sim/machine_json.hpp"
 #include "tests/emulator/emulator_process.hpp"
+#include "tests/emulator/httplib_include.hpp"
 #include "tests/emulator/test_certificate.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"

@@ -8,13 +8,13 @@
 
 #include "emulator/emulator_options.hpp"
 #include "emulator/http_server.hpp"
-#include "tests/emulator/httplib_include.hpp"
 #include "emulator/mockup_service.hpp"
 #include "emulator/mockup_tree.hpp"
 #include "emulator/redfish_service.hpp"
 #include "emulator/request_log.hpp"
 #include "sim/demo_machine.hpp"
 #include "sim/machine_store.hpp"
+#include "tests/emulator/httplib_include.hpp"
 #include "tests/support/file_text.hpp"
 #include "tests/support/temp_dir.hpp"
 
