@@ -15,7 +15,7 @@ KeyRules::Code KeyRules::ChangeMode(const Controller& controller, const std::str
         return ControllerReader::NoKeyManagement(error);
     }
     spelled = *controller.ekm_mode;
-    return ModeSetting::Change(spelled, controller.ekm_modes, mode, error);
+    return ModeSetting::Change(spelled, controller.ekm_modes, mode, "key management", error);
 }
 
 KeyRules::Code KeyRules::Encrypt(const Controller& controller, const std::vector<int>& volumes,

@@ -64,7 +64,8 @@ struct Fault {
     std::string op;                 // an operation name of the backend contract
     std::optional<std::string> arg; // when set: the disk, volume or connector as decimal text
     int code = 0;                   // the backend code to answer with
-    std::string error_text;
+    // The text the operation gives with the code, "" included; unset: a default text.
+    std::optional<std::string> error_text;
     std::optional<int> times; // counts down; the fault is dropped at 0; unset: always
 };
 

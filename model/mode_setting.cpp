@@ -14,7 +14,8 @@ std::string ModeSetting::Lower(std::string text) {
 }
 
 RaidErrorCode ModeSetting::Change(std::string& current, const std::vector<std::string>& modes,
-                                  const std::string& mode, std::string& error) {
+                                  const std::string& mode, const std::string& subject,
+                                  std::string& error) {
     auto known = std::find_if(modes.begin(), modes.end(), [&mode](const std::string& candidate) {
         return Lower(candidate) == Lower(mode);
     });
@@ -27,6 +28,7 @@ RaidErrorCode ModeSetting::Change(std::string& current, const std::vector<std::s
         return RAID_OPERATION_FAILED;
     }
     if (Lower(current) == Lower(*known)) {
+        error = subject + " is already in " + current + " mode";
         return RAID_OK_UNCHANGED;
     }
     current = *known;

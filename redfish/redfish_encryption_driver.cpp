@@ -71,10 +71,11 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int control
             // A PATCH to the mode the controller has is accepted and changes
             // nothing: 34.
             std::string current = model.ekm_mode.value_or("");
-            std::string ignored;
+            std::string already;
             if (code == RAID_OK && model.ekm_mode &&
-                model::ModeSetting::Change(current, model.ekm_modes, mode, ignored) ==
-                    RAID_OK_UNCHANGED) {
+                model::ModeSetting::Change(current, model.ekm_modes, mode, "key management",
+                                           already) == RAID_OK_UNCHANGED) {
+                text = already;
                 return RAID_OK_UNCHANGED;
             }
             return code;

@@ -566,10 +566,12 @@ RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int contro
                 BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);
             // A PATCH to the value the controller has is accepted and changes nothing: 34.
             std::string current = model.fw_device_order.value_or("");
-            std::string ignored;
+            std::string already;
             if (code == RAID_OK && model.fw_device_order &&
-                model::ModeSetting::Change(current, model.fw_device_order_modes, mode, ignored) ==
-                    RAID_OK_UNCHANGED) {
+                model::ModeSetting::Change(current, model.fw_device_order_modes, mode,
+                                           "the firmware device order",
+                                           already) == RAID_OK_UNCHANGED) {
+                text = already;
                 return RAID_OK_UNCHANGED;
             }
             return code;

@@ -63,6 +63,7 @@ MachineAccess::Code MachineAccess::Act(const std::string& op, int controller_id,
     Code code = RAID_OK;
     std::string error;
     std::string store_error;
+    bool fired = false;
     const bool stored = store_->Update(
         [&](Machine& machine) {
             Controller* controller = nullptr;
@@ -81,7 +82,8 @@ MachineAccess::Code MachineAccess::Act(const std::string& op, int controller_id,
             bool faults_changed = false;
             if (TakeFault(*controller, op, arg, fault, faults_changed)) {
                 code = static_cast<Code>(fault.code);
-                error = fault.error_text.empty() ? "simulated fault on " + op : fault.error_text;
+                error = fault.error_text.value_or("simulated fault on " + op);
+                fired = true;
                 return faults_changed;
             }
             // An action that fails changes nothing: the machine is only written on success.
@@ -98,7 +100,9 @@ MachineAccess::Code MachineAccess::Act(const std::string& op, int controller_id,
         error_text = store_error;
         return RAID_INTERNAL_ERROR;
     }
-    if (code != RAID_OK && code != Quillon::RaidConfig::RAID_OK_UNCHANGED) {
+    // A fault's text goes out with whatever code it gives, success included; so does the
+    // reason of a failure or of a change that was not needed (34).
+    if (fired || code != RAID_OK) {
         error_text = error;
     }
     return code;

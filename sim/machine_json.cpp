@@ -13,6 +13,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "model/backend_operations.hpp"
+
 namespace sim {
 namespace {
 
@@ -427,6 +429,13 @@ private:
             !Require(value, path, "code") || !Field(value, path, "op", fault.op)) {
             return false;
         }
+        // A name no operation has would never fire, and a test that relies on it would pass
+        // for the wrong reason.
+        if (!model::BackendOperations::Known(fault.op)) {
+            return Fail(Member(path, "op"), "\"" + fault.op +
+                                                "\" is not an operation of the backend contract (" +
+                                                model::BackendOperations::List() + ")");
+        }
         // The argument is compared as decimal text, so a number is kept as its digits.
         if (const Json* arg = Find(value, "arg"); arg != nullptr && !arg->is_null()) {
             long long number = 0;
@@ -641,7 +650,9 @@ OrderedJson ToJson(const Fault& fault) {
         out["arg"] = *fault.arg;
     }
     out["code"] = fault.code;
-    out["error_text"] = fault.error_text;
+    if (fault.error_text.has_value()) {
+        out["error_text"] = *fault.error_text;
+    }
     if (fault.times.has_value()) {
         out["times"] = *fault.times;
     }

@@ -17,8 +17,9 @@ SimEncryptionDriver::SimEncryptionDriver(std::shared_ptr<MachineStore> store)
 SimEncryptionDriver::Code SimEncryptionDriver::GetController(int controller, EKMController& record,
                                                              bool with_volumes,
                                                              std::string& message) {
-    return access_.Act("getController", controller, std::nullopt, false, message,
-                       [&](Controller& c, std::string& error) {
+    // Each contract operation answers to its own name: a fault for one never fires for the other.
+    return access_.Act(with_volumes ? "getControllerWithVolumes" : "getController", controller,
+                       std::nullopt, false, message, [&](Controller& c, std::string& error) {
                            return model::ControllerReader::KeyManagement(c, record, with_volumes,
                                                                          error);
                        });
@@ -40,25 +41,25 @@ SimEncryptionDriver::ChangeEKMMode(int controller, const std::string& mode, std:
 SimEncryptionDriver::Code SimEncryptionDriver::EnableEncryption(int controller,
                                                                 const std::vector<int>& volumes,
                                                                 std::string& message) {
-    // A fault for one volume names it; one for all volumes names none.
+    // An empty list is enableEncryptionAllVolumes; a fault for one volume names it.
     const std::optional<std::string> arg =
         volumes.size() == 1 ? std::optional<std::string>(std::to_string(volumes.front()))
                             : std::nullopt;
+    const char* op = volumes.empty() ? "enableEncryptionAllVolumes" : "enableEncryptionVolume";
     int encrypted = 0;
-    const Code code = access_.Act("enableEncryptionVolume", controller, arg, true, message,
-                                  [&](Controller& c, std::string& error) {
-                                      std::vector<int> to_encrypt;
-                                      const Code checked =
-                                          model::KeyRules::Encrypt(c, volumes, to_encrypt, error);
-                                      for (Volume& volume : c.volumes) {
-                                          if (std::find(to_encrypt.begin(), to_encrypt.end(),
-                                                        volume.id) != to_encrypt.end()) {
-                                              volume.encrypted = true;
-                                              ++encrypted;
-                                          }
-                                      }
-                                      return checked;
-                                  });
+    const Code code =
+        access_.Act(op, controller, arg, true, message, [&](Controller& c, std::string& error) {
+            std::vector<int> to_encrypt;
+            const Code checked = model::KeyRules::Encrypt(c, volumes, to_encrypt, error);
+            for (Volume& volume : c.volumes) {
+                if (std::find(to_encrypt.begin(), to_encrypt.end(), volume.id) !=
+                    to_encrypt.end()) {
+                    volume.encrypted = true;
+                    ++encrypted;
+                }
+            }
+            return checked;
+        });
     if (code == RAID_OK) {
         message = model::KeyRules::EncryptedText(encrypted);
     }

@@ -40,7 +40,8 @@ SimFwDevOrderDriver::Code SimFwDevOrderDriver::TurnFirmwareDeviceOrder(int contr
                                return NoOrder(error);
                            }
                            return model::ModeSetting::Change(*c.fw_device_order,
-                                                             c.fw_device_order_modes, mode, error);
+                                                             c.fw_device_order_modes, mode,
+                                                             "the firmware device order", error);
                        });
 }
 

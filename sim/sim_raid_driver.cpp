@@ -275,25 +275,26 @@ SimRaidDriver::Code SimRaidDriver::RaidChangeConnectorMode(int controller,
                                                            const std::string& connector,
                                                            const std::string& mode,
                                                            std::string& error_text) {
-    return access_.Act(
-        "RaidChangeConnectorMode", controller, connector, true, error_text,
-        [&connector, &mode](Controller& c, std::string& error) {
-            if (c.connectors.empty()) {
-                error = "the controller has no connectors with a mode";
-                return RAID_DEVICE_UNSUPPORTED;
-            }
-            int id = 0;
-            auto found = c.connectors.end();
-            if (ParseId(connector, id)) {
-                found = std::find_if(c.connectors.begin(), c.connectors.end(),
-                                     [id](const Connector& known) { return known.id == id; });
-            }
-            if (found == c.connectors.end()) {
-                error = "connector " + connector + " does not exist";
-                return RAID_TARGET_NOT_FOUND;
-            }
-            return model::ModeSetting::Change(found->mode, c.connector_modes, mode, error);
-        });
+    return access_.Act("RaidChangeConnectorMode", controller, connector, true, error_text,
+                       [&connector, &mode](Controller& c, std::string& error) {
+                           if (c.connectors.empty()) {
+                               error = "the controller has no connectors with a mode";
+                               return RAID_DEVICE_UNSUPPORTED;
+                           }
+                           int id = 0;
+                           auto found = c.connectors.end();
+                           if (ParseId(connector, id)) {
+                               found = std::find_if(
+                                   c.connectors.begin(), c.connectors.end(),
+                                   [id](const Connector& known) { return known.id == id; });
+                           }
+                           if (found == c.connectors.end()) {
+                               error = "connector " + connector + " does not exist";
+                               return RAID_TARGET_NOT_FOUND;
+                           }
+                           return model::ModeSetting::Change(found->mode, c.connector_modes, mode,
+                                                             "connector " + connector, error);
+                       });
 }
 
 SimRaidDriver::Code SimRaidDriver::SetFirmwareDeviceOrderCtrl(int controller,
@@ -306,7 +307,8 @@ SimRaidDriver::Code SimRaidDriver::SetFirmwareDeviceOrderCtrl(int controller,
                                return RAID_DEVICE_UNSUPPORTED;
                            }
                            return model::ModeSetting::Change(*c.fw_device_order,
-                                                             c.fw_device_order_modes, mode, error);
+                                                             c.fw_device_order_modes, mode,
+                                                             "the firmware device order", error);
                        });
 }
 

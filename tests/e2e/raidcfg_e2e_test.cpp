@@ -494,6 +494,67 @@ TEST(RaidcfgE2eTest, AStripeLimitTheControllerDoesNotTellIsEmptyWithAHelper) {
     EXPECT_EQ(xml.find("<MinStripeSize>0K</MinStripeSize>"), std::string::npos);
 }
 
+// The demo with faults on its out-of-band LSI controller, whose key management is turned on.
+std::string DemoWithOobLsiFaults(const std::string& faults) {
+    std::string text = DemoWith(R"("ekm_mode": "None")", R"("ekm_mode": "Local")",
+                                R"("family": "OOB_LSI")");
+    const std::string none = R"("faults": [])";
+    const std::size_t at = text.find(none, text.find(R"("family": "OOB_LSI")"));
+    text.replace(at, none.size(), R"("faults": )" + faults);
+    return text;
+}
+
+TEST(RaidcfgE2eTest, AFaultOnEncryptingAllVolumesFiresForThatOperationAndEncryptsNothing) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(
+        dir.File("m.json"),
+        DemoWithOobLsiFaults(R"([{"op": "enableEncryptionAllVolumes", "code": 32}])"));
+    const Outcome run =
+        RunRaidcfg(dir.path(), {"envol", "--mode", "enable", "--ctrl", "1", "-y", "--machine",
+                                "m.json", "--bmc", "admin:secret@sim"});
+    EXPECT_NE(run.out.find("ctrl1     Failed to operate Rest API.\n"), std::string::npos)
+        << run.out;
+    EXPECT_EQ(Count(raidcfg_test::ReadFile(dir.File("m.json")), R"("encrypted": true)"), 0U);
+}
+
+TEST(RaidcfgE2eTest, AFaultWithCodeZeroKeepsItsTextBehindSuccess) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(
+        dir.File("m.json"),
+        DemoWithOobLsiFaults(
+            R"json([{"op": "changeEKMmode", "code": 0, "error_text": " (applied after reboot)"}])json"));
+    const Outcome run =
+        RunRaidcfg(dir.path(), {"ekm", "--mode", "external", "--ctrl", "1", "--machine", "m.json",
+                                "--bmc", "admin:secret@sim"});
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    EXPECT_NE(run.out.find("ctrl1     Success. (applied after reboot)\n"), std::string::npos)
+        << run.out;
+}
+
+TEST(RaidcfgE2eTest, AMachineFileWhoseFaultNamesNoOperationIsRefused) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(
+        dir.File("m.json"),
+        DemoWithOobLsiFaults(R"([{"op": "getControllerWithVolume", "code": 3}])"));
+    const Outcome run = RunRaidcfg(dir.path(), {"show", "--machine", "m.json"});
+    EXPECT_EQ(run.status, 5);
+    EXPECT_NE(run.err.find("m.json: controllers[4].faults[0].op: \"getControllerWithVolume\" is "
+                           "not an operation of the backend contract ("),
+              std::string::npos)
+        << run.err;
+}
+
+TEST(RaidcfgE2eTest, SettingAConnectorToTheModeItHasSaysSo) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("m.json"), raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE));
+    const Outcome run = RunRaidcfg(dir.path(), {"changemode", "--ctrl", "2", "--connector", "0",
+                                                "--mode", "RAID", "-y", "--machine", "m.json"});
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    EXPECT_NE(run.out.find("ctrl2-connector0    connector 0 is already in RAID mode\n"),
+              std::string::npos)
+        << run.out;
+}
+
 TEST(RaidcfgE2eTest, AHotSpareBeyondIntIsTheLimitOfIntAsStreamExtractionGivesIt) {
     raidcfg_test::TempDir dir;
     raidcfg_test::TempDir state;

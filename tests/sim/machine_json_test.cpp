@@ -1,6 +1,8 @@
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "model/backend_operations.hpp"
 #include "sim/machine.hpp"
 #include "sim/machine_json.hpp"
 #include "tests/support/file_text.hpp"
@@ -77,6 +79,14 @@ std::string WithController(const std::string& keys) {
 }
 
 // One LSI controller whose disks are the given list text, plus extra keys.
+std::size_t Count(const std::string& text, const std::string& what) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
 std::string WithDisks(const std::string& disks, const std::string& more = "") {
     return WithController(R"("disks": )" + disks + (more.empty() ? "" : ", " + more));
 }
@@ -202,7 +212,7 @@ TEST(MachineJson, MissingKeysTakeTheirDefaults) {
     ASSERT_EQ(controller.faults.size(), 1U);
     EXPECT_FALSE(controller.faults[0].arg.has_value());
     EXPECT_FALSE(controller.faults[0].times.has_value());
-    EXPECT_EQ(controller.faults[0].error_text, "");
+    EXPECT_FALSE(controller.faults[0].error_text.has_value());
 }
 
 TEST(MachineJson, NullMeansTheFunctionIsMissing) {
@@ -404,6 +414,32 @@ TEST(MachineJson, FaultWithoutCode) {
 TEST(MachineJson, NegativeTimes) {
     EXPECT_EQ(ParseError(WithDisks("[]", R"("faults": [{"op": "Add", "code": 3, "times": -1}])")),
               "m.json: controllers[0].faults[0].times: must not be negative, got -1");
+}
+
+TEST(MachineJson, AFaultNamingNoOperationOfTheContractIsRefused) {
+    EXPECT_EQ(
+        ParseError(WithDisks("[]", R"("faults": [{"op": "getControllerWithVolume", "code": 3}])")),
+        "m.json: controllers[0].faults[0].op: \"getControllerWithVolume\" is not an operation of "
+        "the backend contract (" +
+            model::BackendOperations::List() + ")");
+}
+
+TEST(MachineJson, EveryOperationOfTheContractMayBeFaulted) {
+    for (const std::string& op : model::BackendOperations::Names()) {
+        const Machine machine =
+            ParseOk(WithDisks("[]", R"("faults": [{"op": ")" + op + R"(", "code": 3}])"));
+        EXPECT_EQ(machine.controllers.at(0).faults.at(0).op, op);
+    }
+}
+
+TEST(MachineJson, AFaultTextIsKeptEmptyAndLeftOutWhenNotGiven) {
+    const Machine machine = ParseOk(WithDisks(
+        "[]",
+        R"("faults": [{"op": "Add", "code": 3, "error_text": ""}, {"op": "Add", "code": 4}])"));
+    EXPECT_EQ(machine.controllers.at(0).faults.at(0).error_text, std::optional<std::string>(""));
+    EXPECT_FALSE(machine.controllers.at(0).faults.at(1).error_text.has_value());
+    const std::string text = MachineJson::Serialize(machine);
+    EXPECT_EQ(Count(text, "error_text"), 1U) << text;
 }
 
 TEST(MachineJson, NegativeRestConnections) {

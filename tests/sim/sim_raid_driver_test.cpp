@@ -315,7 +315,7 @@ TEST_F(SimRaidDriverTest, ConfigurationWithNoVolumeAndNoHotSpareIsTen) {
 TEST_F(SimRaidDriverTest, SettingAModeToTheModeItHasIsThirtyFour) {
     HWRaidStorcli lsi;
     EXPECT_EQ(lsi.RaidChangeConnectorMode(0, "0", "raid"), RAID_OK_UNCHANGED);
-    EXPECT_TRUE(lsi.error_text.empty());
+    EXPECT_EQ(lsi.error_text, "connector 0 is already in RAID mode");
     EXPECT_EQ(lsi.RaidChangeConnectorMode(0, "0", "hba"), RAID_OK);
     EXPECT_EQ(OnDisk().controllers[0].connectors[0].mode, "HBA");
     EXPECT_EQ(lsi.RaidChangeConnectorMode(0, "0", "JBOD"), RAID_OPERATION_FAILED);

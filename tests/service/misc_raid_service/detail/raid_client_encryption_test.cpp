@@ -281,7 +281,8 @@ TEST_F(RaidClientEncryptionTest, ShowVolumesOfOneControllerNamedOrAll) {
 }
 
 TEST_F(RaidClientEncryptionTest, FailedQueryOfOneControllerShowsTheNotFoundTextWithItsCode) {
-    UseMachine(WithFaults(R"([{"op": "getController", "code": 3, "error_text": "timeout"}])"));
+    UseMachine(
+        WithFaults(R"([{"op": "getControllerWithVolumes", "code": 3, "error_text": "timeout"}])"));
     option_.ctrl_index = "1";
     RaidClient client(option_, Connection());
     Capture([&] { return client.ShowVolumeEncryptionOOB(List()); });
@@ -381,7 +382,8 @@ TEST_F(RaidClientEncryptionTest, EncryptionFailureTexts) {
         {5, "The target controller may no exist."},
         {3, "locked"}};
     for (const auto& [code, text] : cases) {
-        UseMachine(WithFaults(R"([{"op": "enableEncryptionVolume", "code": )" +
+        // No volume named: the operation is enableEncryptionAllVolumes.
+        UseMachine(WithFaults(R"([{"op": "enableEncryptionAllVolumes", "code": )" +
                               std::to_string(code) + R"(, "error_text": "locked"}])"));
         RaidClient client(option_, Connection());
         Capture([&] { return client.ChangeVolModeOOB(List()); });
