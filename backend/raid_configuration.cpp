@@ -14,6 +14,7 @@
 #include "backend/sw_raid_win.hpp"
 #include "backend/sw_win_controller.hpp"
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 
 namespace Quillon {
 namespace RaidConfig {
@@ -88,22 +89,6 @@ namespace {
 
 using namespace configuration_names;
 
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) {
-        RAIDCFG_LOG(4) << "Entering  Quillon::RaidConfig::RaidConfiguration::" << name_;
-    }
-    ~TraceScope() {
-        RAIDCFG_LOG(4) << "Exiting  Quillon::RaidConfig::RaidConfiguration::" << name_;
-    }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
-
 using Member = RaidConfiguration::Member;
 
 bool IsDigits(const std::string& text) {
@@ -153,7 +138,7 @@ void Pick(const std::vector<Member>& listed, const std::vector<int>& ids, RaidTa
 } // namespace
 
 RaidConfiguration::RaidConfiguration(const std::vector<RaidTarget>& targets) : targets_(targets) {
-    const TraceScope trace("RaidConfiguration");
+    RAIDCFG_TRACE("Quillon::RaidConfig::RaidConfiguration::RaidConfiguration");
     const auto lsi = std::make_shared<HWRaidStorcli>();
     const auto microchip = std::make_shared<HWRaidArcconf>();
     const auto m2 = std::make_shared<InbandM2Raid>();
@@ -272,7 +257,7 @@ void RaidConfiguration::GetRaidResults(std::vector<RaidResult>& results) {
 }
 
 int RaidConfiguration::RaidClear() {
-    const TraceScope trace("RaidClear");
+    RAIDCFG_TRACE("Quillon::RaidConfig::RaidConfiguration::RaidClear");
     results_.clear();
     for (const Member& member : members_) {
         if (Missing(member)) {
@@ -331,7 +316,7 @@ void RaidConfiguration::ClearContainer(const Member& member) {
 }
 
 int RaidConfiguration::RaidRemoveVol(RaidTarget::Type type, const std::vector<int>& volumes) {
-    const TraceScope trace("RaidRemoveVol");
+    RAIDCFG_TRACE("Quillon::RaidConfig::RaidConfiguration::RaidRemoveVol");
     results_.clear();
     const Member* const member = Single(type);
     if (member == nullptr || volumes.empty()) {
@@ -377,7 +362,7 @@ int RaidConfiguration::RaidRemoveVol(RaidTarget::Type type, const std::vector<in
 
 int RaidConfiguration::RaidAddHotSpare(RaidTarget::Type type, const std::vector<std::string>& disks,
                                        const std::vector<std::string>& volumes) {
-    const TraceScope trace("RaidAddHotSpare");
+    RAIDCFG_TRACE("Quillon::RaidConfig::RaidConfiguration::RaidAddHotSpare");
     results_.clear();
     const Member* const member = Single(type);
     if (member == nullptr || disks.empty() || !std::all_of(disks.begin(), disks.end(), IsDigits)) {
@@ -424,7 +409,7 @@ void RaidConfiguration::AddHotSpareRow(const std::string& device, RaidErrorCode 
 
 int RaidConfiguration::RaidRemoveHotSpare(RaidTarget::Type type,
                                           const std::vector<std::string>& disks) {
-    const TraceScope trace("RaidRemoveHotSpare");
+    RAIDCFG_TRACE("Quillon::RaidConfig::RaidConfiguration::RaidRemoveHotSpare");
     results_.clear();
     const Member* const member = Single(type);
     if (member == nullptr || disks.empty() || !std::all_of(disks.begin(), disks.end(), IsDigits)) {

@@ -8,6 +8,7 @@
 
 #include "backend/raid_configuration.hpp"
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 #include "result/result_values.hpp"
 #include "service/misc_raid_service/detail/action_outcome.hpp"
 #include "service/misc_raid_service/detail/inband_policy.hpp"
@@ -24,20 +25,6 @@ using Quillon::RaidConfig::RAID_FUNCTION_UNSUPPORTED;
 using Quillon::RaidConfig::RaidConfiguration;
 using Quillon::RaidConfig::RaidTarget;
 
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) {
-        RAIDCFG_LOG(4) << "Entering  service::detail::InbandRaid::" << name_;
-    }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  service::detail::InbandRaid::" << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
-
 // A message for the user: standard output and the log at level 3.
 void Tell(const std::string& text) {
     std::cout << text << std::endl;
@@ -50,7 +37,7 @@ InbandRaid::InbandRaid(const RaidConfig::RaidConfigOption& option)
     : option_(option), input_(&std::cin) {}
 
 std::uint32_t InbandRaid::Show() {
-    const TraceScope trace("Show");
+    RAIDCFG_TRACE("service::detail::InbandRaid::Show");
     // The heading is printed whatever console_output says: this road has always shown it.
     Tell("\nraidconfig show:");
     RaidConfiguration configuration(RaidOptionProcessor().ParseInbandTargets(option_.target));
@@ -68,7 +55,7 @@ std::uint32_t InbandRaid::Show() {
 }
 
 std::uint32_t InbandRaid::Add() {
-    const TraceScope trace("Add");
+    RAIDCFG_TRACE("service::detail::InbandRaid::Add");
     Tell("\nraidconfig add:");
     const RaidOptionProcessor processor;
     std::string path;
@@ -101,7 +88,7 @@ std::uint32_t InbandRaid::Add() {
 }
 
 std::uint32_t InbandRaid::Save() {
-    const TraceScope trace("Save");
+    RAIDCFG_TRACE("service::detail::InbandRaid::Save");
     Tell("\nraidconfig save:");
     const RaidOptionProcessor processor;
     std::string path;
@@ -130,7 +117,7 @@ std::uint32_t InbandRaid::Save() {
 }
 
 std::uint32_t InbandRaid::Clear() {
-    const TraceScope trace("Clear");
+    RAIDCFG_TRACE("service::detail::InbandRaid::Clear");
     Tell("\nraidconfig clear:");
     const RaidOptionProcessor processor;
     RaidTarget::Type type = RaidTarget::INVALID;
@@ -168,7 +155,7 @@ std::uint32_t InbandRaid::Clear() {
 }
 
 std::uint32_t InbandRaid::AddHotSpare() {
-    const TraceScope trace("AddHotSpare");
+    RAIDCFG_TRACE("service::detail::InbandRaid::AddHotSpare");
     Tell("\nraidconfig add hot spare:");
     // Intended: the prompt comes before the target is judged, unlike clear; answering "no" to a
     // wrong target is no failure.
@@ -199,7 +186,7 @@ std::uint32_t InbandRaid::AddHotSpare() {
 }
 
 std::uint32_t InbandRaid::RemoveHotSpare() {
-    const TraceScope trace("RemoveHotSpare");
+    RAIDCFG_TRACE("service::detail::InbandRaid::RemoveHotSpare");
     Tell("\nraidconfig remove hot spare:");
     if (!option_.assume_yes &&
         !ConfirmOperation("Are you sure you want to continue doing remove hot spare operation.")) {
@@ -223,14 +210,14 @@ std::uint32_t InbandRaid::RemoveHotSpare() {
 }
 
 void InbandRaid::TakeResults(std::map<std::string, std::string>& results) const {
-    const TraceScope trace("TakeResults");
+    RAIDCFG_TRACE("service::detail::InbandRaid::TakeResults");
     for (const RaidResult& row : results_) {
         results[row.device] = row.result;
     }
 }
 
 bool InbandRaid::ConfirmOperation(const std::string& prompt) {
-    const TraceScope trace("ConfirmOperation");
+    RAIDCFG_TRACE("service::detail::InbandRaid::ConfirmOperation");
     return ActionOutcome::Confirm(*input_, prompt);
 }
 

@@ -9,24 +9,13 @@
 #include <boost/filesystem/operations.hpp>
 
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 #include "result/result_values.hpp"
 #include "service/misc_raid_service/detail/raid_config_parser.hpp"
 
 namespace service {
 namespace detail {
 namespace {
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 // One console line: the text and a line end to out, the same text to the log at level 3.
 void ConsoleLine(std::ostream& out, const std::string& text) {
@@ -37,7 +26,7 @@ void ConsoleLine(std::ostream& out, const std::string& text) {
 } // namespace
 
 std::uint32_t PolicyFilePreview::ShowPolicyFile(const std::string& path, std::ostream& out) {
-    const TraceScope trace("service::detail::PolicyFilePreview::ShowPolicyFile");
+    RAIDCFG_TRACE("service::detail::PolicyFilePreview::ShowPolicyFile");
     boost::system::error_code error;
     if (!boost::filesystem::exists(boost::filesystem::status(path, error))) {
         RAIDCFG_LOG(1) << "the file '" << path << "' doesn't exist.";

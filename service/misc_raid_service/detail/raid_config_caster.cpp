@@ -9,6 +9,7 @@
 #include <boost/algorithm/string/split.hpp>
 
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 
 namespace service {
 namespace detail {
@@ -18,18 +19,6 @@ namespace {
 // policy has this number, so the checker would refuse it and a backend rejects the request
 // rather than acting on a disk or a code that the file never named.
 constexpr int kUnreadable = -1;
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 // The number at the start of text by stream extraction, with what the standard library gives
 // where it fails: 0 where nothing converts, the limit of int where the number is beyond it, and
@@ -92,7 +81,7 @@ std::string OobMicroRaidLevel(const std::string& raid_level) {
 
 Quillon::RaidConfig::VolumeObject
 RaidConfigCaster::ToVolumeObject(const CtrlVolSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToVolumeObject");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToVolumeObject");
     Quillon::RaidConfig::VolumeObject volume;
     volume.controller_id = section.ctrlid;
     volume.volume_id = section.volid;
@@ -119,7 +108,7 @@ RaidConfigCaster::ToVolumeObject(const CtrlVolSection& section) const {
 
 Quillon::protocol::MicrochipConfig
 RaidConfigCaster::ToMicrochipConfig(const MicroVolSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToMicrochipConfig");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToMicrochipConfig");
     Quillon::protocol::MicrochipConfig config;
     config.controller_id = section.ctrlid;
     config.volume_id = section.volid;
@@ -137,7 +126,7 @@ RaidConfigCaster::ToMicrochipConfig(const MicroVolSection& section) const {
 
 Quillon::protocol::OobMicroConfig
 RaidConfigCaster::ToOobMicroConfig(const OobMicroVolSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToOobMicroConfig");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToOobMicroConfig");
     Quillon::protocol::OobMicroConfig config;
     config.controller_id = section.ctrlid;
     config.volume_id = section.volid;
@@ -154,7 +143,7 @@ RaidConfigCaster::ToOobMicroConfig(const OobMicroVolSection& section) const {
 
 Quillon::protocol::VolManDevConfig
 RaidConfigCaster::ToVolManDevConfig(const OobVrocVolSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToVolManDevConfig");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToVolManDevConfig");
     Quillon::protocol::VolManDevConfig config;
     config.controller_id = section.ctrlid;
     config.volume_id = section.volid;
@@ -168,7 +157,7 @@ RaidConfigCaster::ToVolManDevConfig(const OobVrocVolSection& section) const {
 
 Quillon::RaidConfig::VolRaidConfig
 RaidConfigCaster::ToVolRaidConfig(const VrocWinVolSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToVolRaidConfig");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToVolRaidConfig");
     Quillon::RaidConfig::VolRaidConfig config;
     config.raid_level = std::to_string(section.raid_level);
     config.vol_name = section.vol_name;
@@ -185,7 +174,7 @@ RaidConfigCaster::ToVolRaidConfig(const VrocWinVolSection& section) const {
 
 Quillon::RaidConfig::M2ControllerObject
 RaidConfigCaster::ToM2ControllerObject(const M2Section& section) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToM2ControllerObject");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToM2ControllerObject");
     Quillon::RaidConfig::M2ControllerObject controller;
     controller.controller_id = section.m2id;
     controller.vol_name = section.vol_name;
@@ -215,7 +204,7 @@ std::vector<int> RaidConfigCaster::ToHotSpareList(const std::string& global_hot_
 }
 
 std::string RaidConfigCaster::ToMegabytes(const std::string& size) const {
-    const TraceScope trace("service::detail::RaidConfigCaster::ToMegabytes");
+    RAIDCFG_TRACE("service::detail::RaidConfigCaster::ToMegabytes");
     std::string result;
     if (size.size() >= 2) {
         const auto mb = size.find("MB");

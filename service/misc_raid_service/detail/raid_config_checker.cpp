@@ -9,22 +9,11 @@
 #include <boost/algorithm/string/split.hpp>
 
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 
 namespace service {
 namespace detail {
 namespace {
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 const char* const kDuplicated = "the values of disks or hot_spares are duplicated.";
 
@@ -42,7 +31,7 @@ RaidConfigChecker::RaidConfigChecker()
       sw_cache_modes({"wt", "wo", "wb", "wa", "pt"}), sw_consistency_policies({"resync", "ppl"}) {}
 
 bool RaidConfigChecker::CheckLsiCtrlSection(const CtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckLsiCtrlSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckLsiCtrlSection");
     if (!LsiScopeCheck(section)) {
         return false;
     }
@@ -55,7 +44,7 @@ bool RaidConfigChecker::CheckLsiCtrlSection(const CtrlSection& section) {
 }
 
 bool RaidConfigChecker::CheckOobCtrlSection(const CtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckOobCtrlSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckOobCtrlSection");
     if (!OobLsiScopeCheck(section)) {
         return false;
     }
@@ -74,7 +63,7 @@ bool RaidConfigChecker::CheckOobCtrlSection(const CtrlSection& section) {
 bool RaidConfigChecker::CheckCtrlSectionCFC(const CtrlSection& section,
                                             const std::vector<std::string>& supported_levels,
                                             const std::string& vendor) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckCtrlSectionCFC");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckCtrlSectionCFC");
     supported_raid_levels = supported_levels;
     if (!OobLsiScopeCheckCFC(section, vendor)) {
         return false;
@@ -91,7 +80,7 @@ bool RaidConfigChecker::CheckCtrlSectionCFC(const CtrlSection& section,
 
 // Intended: no duplicate test, since an M.2 section names no disks.
 bool RaidConfigChecker::CheckM2Section(const M2Section& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckM2Section");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckM2Section");
     if (section.raid_level != "0" && section.raid_level != "1") {
         return OutOfScope("raid_level -> ", section.raid_level);
     }
@@ -108,7 +97,7 @@ bool RaidConfigChecker::CheckM2Section(const M2Section& section) {
 }
 
 bool RaidConfigChecker::CheckMicroSection(const MicroCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckMicroSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckMicroSection");
     if (!MicroScopeCheck(section)) {
         return false;
     }
@@ -121,7 +110,7 @@ bool RaidConfigChecker::CheckMicroSection(const MicroCtrlSection& section) {
 }
 
 bool RaidConfigChecker::CheckOobMicroSection(const OobMicroCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckOobMicroSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckOobMicroSection");
     if (!OobMicroScopeCheck(section)) {
         return false;
     }
@@ -134,7 +123,7 @@ bool RaidConfigChecker::CheckOobMicroSection(const OobMicroCtrlSection& section)
 }
 
 bool RaidConfigChecker::CheckOobVrocSection(const OobVrocCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckOobVrocSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckOobVrocSection");
     if (!OobVrocScopeCheck(section)) {
         return false;
     }
@@ -149,7 +138,7 @@ bool RaidConfigChecker::CheckOobVrocSection(const OobVrocCtrlSection& section) {
 // Intended: no duplicate test here, and global_hot_spares is compared with nothing; the
 // backend refuses what it cannot do.
 bool RaidConfigChecker::CheckVroc_winSection(const VrocWinCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::CheckVroc_winSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::CheckVroc_winSection");
     if (!CheckGlobalHotSpares(section.global_hot_spares)) {
         return false;
     }
@@ -193,7 +182,7 @@ std::string RaidConfigChecker::TakeErrorText() {
 }
 
 bool RaidConfigChecker::DisksDupCheck(const std::string& disks, const std::string& hot_spares) {
-    const TraceScope trace("service::detail::RaidConfigChecker::DisksDupCheck");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::DisksDupCheck");
     std::vector<std::string> ids;
     std::vector<std::string> spans;
     boost::algorithm::split(spans, disks, boost::algorithm::is_any_of(":"));

@@ -7,23 +7,12 @@
 #include <boost/regex.hpp>
 
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 #include "service/misc_raid_service/detail/raid_config_checker.hpp"
 
 namespace service {
 namespace detail {
 namespace {
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 // True when text has no character but '0' to '9'. The empty text passes, intended: an empty
 // piece of a list ("1,,2" or a trailing ",") is let through to the backend.
@@ -63,7 +52,7 @@ const char* const kVolNameCharPattern = R"(\w|-|\.)";
 } // namespace
 
 bool RaidConfigChecker::LsiScopeCheck(const CtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::LsiScopeCheck");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::LsiScopeCheck");
     if (!CheckGlobalHotSpares(section.global_hot_spares)) {
         return false;
     }
@@ -107,7 +96,7 @@ bool RaidConfigChecker::LsiScopeCheck(const CtrlSection& section) {
 }
 
 bool RaidConfigChecker::OobLsiScopeCheck(const CtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::OobLsiScopeCheck");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::OobLsiScopeCheck");
     if (!CheckGlobalHotSpares(section.global_hot_spares)) {
         return false;
     }
@@ -157,7 +146,7 @@ bool RaidConfigChecker::OobLsiScopeCheck(const CtrlSection& section) {
 // Intended: global_hot_spares, hot_spares and io_policy are not looked at on this family, and
 // the policies only for a "Broadcom" controller; the others' backends take what they can.
 bool RaidConfigChecker::OobLsiScopeCheckCFC(const CtrlSection& section, const std::string& vendor) {
-    const TraceScope trace("service::detail::RaidConfigChecker::OobLsiScopeCheckCFC");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::OobLsiScopeCheckCFC");
     for (const CtrlVolSection& volume : section.volumes) {
         if (!IsDisksValid(volume.disks)) {
             return OutOfScope("disks -> ", volume.disks);
@@ -199,7 +188,7 @@ bool RaidConfigChecker::OobLsiScopeCheckCFC(const CtrlSection& section, const st
 // Intended: disks is a plain digit list here (empty passes, spans are refused), and io_policy
 // takes three codes where LSI takes two; each family's backend reads its own codes.
 bool RaidConfigChecker::MicroScopeCheck(const MicroCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::MicroScopeCheck");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::MicroScopeCheck");
     if (!CheckGlobalHotSpares(section.global_hot_spares)) {
         return false;
     }
@@ -231,7 +220,7 @@ bool RaidConfigChecker::MicroScopeCheck(const MicroCtrlSection& section) {
 
 // Intended: write_policy counts from 1 on this family, and read_policy takes "0" or "1".
 bool RaidConfigChecker::OobMicroScopeCheck(const OobMicroCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::OobMicroScopeCheck");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::OobMicroScopeCheck");
     for (const OobMicroVolSection& volume : section.volumes) {
         if (!IsDisksValid(volume.disks)) {
             return OutOfScope("disks -> ", volume.disks);
@@ -262,7 +251,7 @@ bool RaidConfigChecker::OobMicroScopeCheck(const OobMicroCtrlSection& section) {
 }
 
 bool RaidConfigChecker::OobVrocScopeCheck(const OobVrocCtrlSection& section) {
-    const TraceScope trace("service::detail::RaidConfigChecker::OobVrocScopeCheck");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::OobVrocScopeCheck");
     if (!CheckGlobalHotSpares(section.global_hot_spares)) {
         return false;
     }
@@ -289,7 +278,7 @@ bool RaidConfigChecker::OobVrocScopeCheck(const OobVrocCtrlSection& section) {
 
 bool RaidConfigChecker::IsVrocSupportedDisknum(const std::string& level, const std::string& disks,
                                                std::string& message) const {
-    const TraceScope trace("service::detail::RaidConfigChecker::IsVrocSupportedDisknum");
+    RAIDCFG_TRACE("service::detail::RaidConfigChecker::IsVrocSupportedDisknum");
     std::size_t count = 0;
     if (!disks.empty()) {
         std::vector<std::string> pieces;

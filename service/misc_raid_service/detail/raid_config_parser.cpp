@@ -12,24 +12,13 @@
 #include <boost/regex.hpp>
 
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 
 namespace service {
 namespace detail {
 namespace {
 
 using Tree = boost::property_tree::ptree;
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 constexpr const char* kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -274,7 +263,7 @@ std::string RaidConfigParser::CleanText(const std::string& text) {
 }
 
 bool RaidConfigParser::ReadIniFile(const std::string& path) {
-    const TraceScope trace("service::detail::RaidConfigParser::ReadIniFile");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ReadIniFile");
     tree_.clear();
     std::string text;
     if (!ReadFileText(path, text)) {
@@ -284,13 +273,13 @@ bool RaidConfigParser::ReadIniFile(const std::string& path) {
 }
 
 bool RaidConfigParser::ReadIniText(const std::string& text) {
-    const TraceScope trace("service::detail::RaidConfigParser::ReadIniText");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ReadIniText");
     std::istringstream stream(CleanText(text));
     return ReadIniStream(stream);
 }
 
 bool RaidConfigParser::ReadIniStream(std::istream& stream) {
-    const TraceScope trace("service::detail::RaidConfigParser::ReadIniStream");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ReadIniStream");
     tree_.clear();
     Tree tree;
     try {
@@ -315,7 +304,7 @@ bool RaidConfigParser::ReadIniStream(std::istream& stream) {
 }
 
 std::vector<int> RaidConfigParser::GetSectionIds() const {
-    const TraceScope trace("service::detail::RaidConfigParser::GetSectionIds");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::GetSectionIds");
     std::vector<int> ids;
     for (const auto& entry : tree_) {
         const std::string& name = entry.first;
@@ -330,7 +319,7 @@ std::vector<int> RaidConfigParser::GetSectionIds() const {
 }
 
 void RaidConfigParser::ParseCtrlSections(std::map<int, CtrlSection>& sections) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseCtrlSections");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseCtrlSections");
     // The map's entry of a controller, made with its id when it is new.
     const auto entry = [&sections](int id) -> CtrlSection& {
         const auto [place, made] = sections.try_emplace(id);
@@ -357,7 +346,7 @@ void RaidConfigParser::ParseCtrlSections(std::map<int, CtrlSection>& sections) c
 }
 
 void RaidConfigParser::ParseM2Sections(std::map<int, M2Section>& sections) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseM2Sections");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseM2Sections");
     for (const auto& [name, section] : tree_) {
         LogRawSection(name);
         boost::smatch match;
@@ -380,17 +369,17 @@ void RaidConfigParser::ParseM2Sections(std::map<int, M2Section>& sections) const
 }
 
 void RaidConfigParser::ParseCtrlSection(int id, CtrlSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseCtrlSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseCtrlSection");
     ParseController(tree_, id, section, ReadCtrlVolume);
 }
 
 void RaidConfigParser::ParseMicroSection(int id, MicroCtrlSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseMicroSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseMicroSection");
     ParseController(tree_, id, section, ReadMicroVolume);
 }
 
 void RaidConfigParser::ParseOobMicroSection(int id, OobMicroCtrlSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseOobMicroSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseOobMicroSection");
     // This family has no controller section: "ctrl<n>" sections aren't looked at.
     WalkController(
         tree_, id, false, [](const Tree&) {},
@@ -401,17 +390,17 @@ void RaidConfigParser::ParseOobMicroSection(int id, OobMicroCtrlSection& section
 }
 
 void RaidConfigParser::ParseOobVrocSection(int id, OobVrocCtrlSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseOobVrocSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseOobVrocSection");
     ParseController(tree_, id, section, ReadOobVrocVolume);
 }
 
 void RaidConfigParser::ParseVrocWinSection(int id, VrocWinCtrlSection& section) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseVrocWinSection");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseVrocWinSection");
     ParseController(tree_, id, section, ReadVrocWinVolume);
 }
 
 void RaidConfigParser::ParseM2Section(int id, M2Section& section) const {
-    const TraceScope trace("service::detail::RaidConfigParser::ParseM2Section");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::ParseM2Section");
     // One M.2 controller holds one volume: a later section of it replaces an earlier one's values.
     WalkController(
         tree_, id, false, [](const Tree&) {},
@@ -425,7 +414,7 @@ void RaidConfigParser::ParseM2Section(int id, M2Section& section) const {
 }
 
 void RaidConfigParser::LogCtrlSections(const std::map<int, CtrlSection>& sections) const {
-    const TraceScope trace("service::detail::RaidConfigParser::LogCtrlSections");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::LogCtrlSections");
     for (const auto& entry : sections) {
         const CtrlSection& ctrl = entry.second;
         RAIDCFG_LOG(4) << "CtrlSection: id = " << ctrl.id;
@@ -450,7 +439,7 @@ void RaidConfigParser::LogCtrlSections(const std::map<int, CtrlSection>& section
 }
 
 void RaidConfigParser::LogM2Sections(const std::map<int, M2Section>& sections) const {
-    const TraceScope trace("service::detail::RaidConfigParser::LogM2Sections");
+    RAIDCFG_TRACE("service::detail::RaidConfigParser::LogM2Sections");
     for (const auto& entry : sections) {
         const M2Section& volume = entry.second;
         RAIDCFG_LOG(4) << "M2Section: m2id = " << volume.m2id;

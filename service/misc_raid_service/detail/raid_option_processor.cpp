@@ -9,24 +9,13 @@
 #include <boost/regex.hpp>
 
 #include "collaborators/log.hpp"
+#include "collaborators/trace_scope.hpp"
 
 namespace service {
 namespace detail {
 namespace {
 
 using RaidTarget = Quillon::RaidConfig::RaidTarget;
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 // One M.2 controller: "m2-1", "m.2-1"; the number is the text behind the first "-".
 const boost::regex& M2NumberPattern() {
@@ -132,7 +121,7 @@ std::vector<RaidTarget> RaidOptionProcessor::CreateOObRaidTarget() const {
 }
 
 std::vector<RaidTarget> RaidOptionProcessor::ParseInbandTargets(const std::string& text) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ParseInbandTargets");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ParseInbandTargets");
     if (text.empty()) {
         return CreateAllRaidTarget();
     }
@@ -150,7 +139,7 @@ std::vector<RaidTarget> RaidOptionProcessor::ParseInbandTargets(const std::strin
 }
 
 std::vector<RaidTarget> RaidOptionProcessor::ParseOobTargets(const std::string& text) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ParseOobTargets");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ParseOobTargets");
     if (text.empty()) {
         return CreateOObRaidTarget();
     }
@@ -167,7 +156,7 @@ std::vector<RaidTarget> RaidOptionProcessor::ParseOobTargets(const std::string& 
 
 std::vector<RaidTarget>
 RaidOptionProcessor::ParseHwTargets(const std::vector<std::string>& tokens) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ParseHwTargets");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ParseHwTargets");
     if (Contains(tokens, "hw")) {
         return CreateHWRaidTarget();
     }
@@ -176,7 +165,7 @@ RaidOptionProcessor::ParseHwTargets(const std::vector<std::string>& tokens) cons
 
 std::vector<RaidTarget>
 RaidOptionProcessor::ParseOobHwTargets(const std::vector<std::string>& tokens) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ParseOobHwTargets");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ParseOobHwTargets");
     if (Contains(tokens, "hw")) {
         return CreateOObRaidTarget();
     }
@@ -217,7 +206,7 @@ std::vector<RaidTarget> RaidOptionProcessor::HardwareTargets(const std::vector<s
 
 std::vector<RaidTarget>
 RaidOptionProcessor::ParseSwTargets(const std::vector<std::string>& tokens) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ParseSwTargets");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ParseSwTargets");
     if (Contains(tokens, "sw")) {
         return {CreateRaidTarget(RaidTarget::VROC_WIN, {})};
     }
@@ -244,7 +233,7 @@ RaidOptionProcessor::ParseSwTargets(const std::vector<std::string>& tokens) cons
 }
 
 RaidTarget::Type RaidOptionProcessor::ClassifyTarget(const std::string& text, bool in_band) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ClassifyTarget");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ClassifyTarget");
     const std::string lowered = Lowered(text);
     if (IsAllDigits(lowered)) {
         return in_band ? RaidTarget::LSI : RaidTarget::OOB_LSI;
@@ -265,7 +254,7 @@ RaidTarget::Type RaidOptionProcessor::ClassifyTarget(const std::string& text, bo
 }
 
 std::vector<int> RaidOptionProcessor::ParseIdList(const std::string& text) const {
-    const TraceScope trace("service::detail::RaidOptionProcessor::ParseIdList");
+    RAIDCFG_TRACE("service::detail::RaidOptionProcessor::ParseIdList");
     const std::string lowered = Lowered(text);
     if (lowered.empty() || lowered == "all") {
         return {};

@@ -20,6 +20,7 @@
 #include "collaborators/log.hpp"
 #include "collaborators/table_serializer.hpp"
 #include "collaborators/table_stream.hpp"
+#include "collaborators/trace_scope.hpp"
 #include "service/misc_raid_service/detail/service_raid_utils.hpp"
 
 namespace service {
@@ -41,18 +42,6 @@ constexpr std::size_t kSpacing = 4;
 constexpr const char* kTargetTitle = "Controller Information";
 // The flat number of a controller named by its target.
 constexpr int kNoFlatId = -1;
-
-// Logs "Entering  " and "Exiting  " with the operation's name at level 4, on every way out.
-class TraceScope {
-public:
-    explicit TraceScope(const char* name) : name_(name) { RAIDCFG_LOG(4) << "Entering  " << name_; }
-    ~TraceScope() { RAIDCFG_LOG(4) << "Exiting  " << name_; }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-
-private:
-    const char* name_;
-};
 
 // One table and its page twin, filled cell by cell in the same order.
 class TwinTable {
@@ -426,7 +415,7 @@ void SaveCfcController(int flat_id, const Controller& ctrl, const char* type, Cf
 void RaidUtils::PrintOobBroadcomCController(
     int flat_id, const Controller& ctrl, bool console,
     std::shared_ptr<HtmlPrint::BasicElementPage> result_page, std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobBroadcomCController");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobBroadcomCController");
     ControllerBlock block(console, std::move(result_page), text, collect);
 
     const bool by_target = flat_id == kNoFlatId;
@@ -452,7 +441,7 @@ void RaidUtils::PrintOobBroadcomCController(
 void RaidUtils::PrintOobMarvellController(int flat_id, const M2CtrlInfo& ctrl, bool console,
                                           std::shared_ptr<HtmlPrint::BasicElementPage> result_page,
                                           std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobMarvellController");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobMarvellController");
     ControllerBlock block(console, std::move(result_page), text, collect);
 
     const bool by_target = flat_id == kNoFlatId;
@@ -491,7 +480,7 @@ void RaidUtils::PrintOobMarvellController(int flat_id, const M2CtrlInfo& ctrl, b
 void RaidUtils::PrintOobMicrochipController(
     int flat_id, const MicrochipCtrl& ctrl, bool console,
     std::shared_ptr<HtmlPrint::BasicElementPage> result_page, std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobMicrochipController");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobMicrochipController");
     ControllerBlock block(console, std::move(result_page), text, collect);
 
     TwinTable first(microchip_title, {"Controller ID", "Product Name", "Manufacturer", "Serial No",
@@ -510,7 +499,7 @@ void RaidUtils::PrintOobMicrochipController(
 void RaidUtils::PrintOobVrocController(int flat_id, const VolManDevCtrl& ctrl, bool console,
                                        std::shared_ptr<HtmlPrint::BasicElementPage> result_page,
                                        std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobVrocController");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobVrocController");
     ControllerBlock block(console, std::move(result_page), text, collect);
 
     TwinTable first(vroc_title,
@@ -537,7 +526,7 @@ void RaidUtils::PrintOobVrocController(int flat_id, const VolManDevCtrl& ctrl, b
 void RaidUtils::PrintOobBroadcomControllerCFC(
     int flat_id, Controller& ctrl, bool console,
     std::shared_ptr<HtmlPrint::BasicElementPage> result_page, std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobBroadcomControllerCFC");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobBroadcomControllerCFC");
     ControllerBlock block(console, std::move(result_page), text, collect);
     PutCfcController(flat_id, ctrl, broadcom_title, CfcKind::Broadcom, block);
 }
@@ -545,7 +534,7 @@ void RaidUtils::PrintOobBroadcomControllerCFC(
 void RaidUtils::PrintOobMarvellControllerCFC(
     int flat_id, Controller& ctrl, bool console,
     std::shared_ptr<HtmlPrint::BasicElementPage> result_page, std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobMarvellControllerCFC");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobMarvellControllerCFC");
     ControllerBlock block(console, std::move(result_page), text, collect);
     PutCfcController(flat_id, ctrl, marvell_title, CfcKind::Marvell, block);
 }
@@ -553,13 +542,13 @@ void RaidUtils::PrintOobMarvellControllerCFC(
 void RaidUtils::PrintOobMicrochipControllerCFC(
     int flat_id, Controller& ctrl, bool console,
     std::shared_ptr<HtmlPrint::BasicElementPage> result_page, std::string& text, bool collect) {
-    const TraceScope trace("service::detail::RaidUtils::PrintOobMicrochipControllerCFC");
+    RAIDCFG_TRACE("service::detail::RaidUtils::PrintOobMicrochipControllerCFC");
     ControllerBlock block(console, std::move(result_page), text, collect);
     PutCfcController(flat_id, ctrl, microchip_title, CfcKind::Microchip, block);
 }
 
 void RaidUtils::SaveOobLSIController2Xml(int flat_id, const Controller& ctrl, ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobLSIController2Xml");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobLSIController2Xml");
     ptree node = ControllerNode(flat_id, "OOBLSI");
     PutNumber(node, "ID", ctrl.id);
     node.put("ProductName", ctrl.product_name);
@@ -598,23 +587,23 @@ void RaidUtils::SaveOobLSIController2Xml(int flat_id, const Controller& ctrl, pt
 }
 
 void RaidUtils::SaveOobLSIController2XmlCFC(int flat_id, const Controller& ctrl, ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobLSIController2XmlCFC");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobLSIController2XmlCFC");
     SaveCfcController(flat_id, ctrl, "OOBCFCLSI", CfcKind::Broadcom, show_tree);
 }
 
 void RaidUtils::SaveOobM2Controller2XmlCFC(int flat_id, const Controller& ctrl, ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobM2Controller2XmlCFC");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobM2Controller2XmlCFC");
     SaveCfcController(flat_id, ctrl, "OOBCFCM2", CfcKind::Marvell, show_tree);
 }
 
 void RaidUtils::SaveOobMicrochipController2XmlCFC(int flat_id, const Controller& ctrl,
                                                   ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobMicrochipController2XmlCFC");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobMicrochipController2XmlCFC");
     SaveCfcController(flat_id, ctrl, "OOBCFCMICROCHIP", CfcKind::Microchip, show_tree);
 }
 
 void RaidUtils::SaveOobM2ToXml(int flat_id, const M2CtrlInfo& ctrl, ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobM2ToXml");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobM2ToXml");
     ptree node = ControllerNode(flat_id, "OOBM2");
     node.put("ID", M2TargetId(ctrl.id));
     node.put("ProductName", ctrl.name);
@@ -666,7 +655,7 @@ void RaidUtils::SaveOobM2ToXml(int flat_id, const M2CtrlInfo& ctrl, ptree& show_
 
 void RaidUtils::SaveOobMicrochipController2Xml(int flat_id, const MicrochipCtrl& ctrl,
                                                ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobMicrochipController2Xml");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobMicrochipController2Xml");
     ptree node = ControllerNode(flat_id, "OOBMICROCHIP");
     node.put("ProductName", ctrl.product_name);
     PutNumber(node, "RaidSlotNo", ctrl.id);
@@ -697,7 +686,7 @@ void RaidUtils::SaveOobMicrochipController2Xml(int flat_id, const MicrochipCtrl&
 
 void RaidUtils::SaveOobVrocController2Xml(int flat_id, const VolManDevCtrl& ctrl,
                                           ptree& show_tree) {
-    const TraceScope trace("service::detail::RaidUtils::SaveOobVrocController2Xml");
+    RAIDCFG_TRACE("service::detail::RaidUtils::SaveOobVrocController2Xml");
     ptree node = ControllerNode(flat_id, "OOBVROC");
     node.put("ProductName", ctrl.product_name);
     PutNumber(node, "RaidSlotNo", ctrl.id);
