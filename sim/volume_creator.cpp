@@ -119,6 +119,15 @@ RaidErrorCode VolumeCreator::Create(Controller& controller, const VolumeRequest&
             }
         }
         std::sort(rest.begin(), rest.end());
+        if (request.rest_count > 0) {
+            if (rest.size() < static_cast<std::size_t>(request.rest_count)) {
+                error = "the volume needs " + std::to_string(request.rest_count) +
+                        " unconfigured-good disks, the controller has " +
+                        std::to_string(rest.size());
+                return RAID_OPERATION_FAILED;
+            }
+            rest.resize(static_cast<std::size_t>(request.rest_count));
+        }
         spans = {rest};
     }
     spans.erase(std::remove_if(spans.begin(), spans.end(),

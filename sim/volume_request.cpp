@@ -74,6 +74,8 @@ std::string ControllerNotNumber(const std::string& id) {
 
 constexpr const char* kDisks = "disk list";
 constexpr const char* kHotSpares = "hot spare list";
+// The bays of an M.2 RAID adapter: its volumes, RAID 0 or RAID 1, span both.
+constexpr int kM2Bays = 2;
 
 bool IsRest(const std::string& text) {
     const std::string word = Trim(text);
@@ -298,6 +300,9 @@ bool VolumeRequest::From(const rc::M2ControllerObject& record, VolumeRequest& re
     request = VolumeRequest();
     request.controller_id = record.controller_id;
     request.rest_disks = true;
+    // A saved M.2 volume names no disks; taking every free disk would grow a mirror of two
+    // into four on the way back.
+    request.rest_count = kM2Bays;
     if (!TakeLevel(record.raid_level, request, error)) {
         return false;
     }

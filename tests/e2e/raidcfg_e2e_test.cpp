@@ -496,8 +496,8 @@ TEST(RaidcfgE2eTest, AStripeLimitTheControllerDoesNotTellIsEmptyWithAHelper) {
 
 // The demo with faults on its out-of-band LSI controller, whose key management is turned on.
 std::string DemoWithOobLsiFaults(const std::string& faults) {
-    std::string text = DemoWith(R"("ekm_mode": "None")", R"("ekm_mode": "Local")",
-                                R"("family": "OOB_LSI")");
+    std::string text =
+        DemoWith(R"("ekm_mode": "None")", R"("ekm_mode": "Local")", R"("family": "OOB_LSI")");
     const std::string none = R"("faults": [])";
     const std::size_t at = text.find(none, text.find(R"("family": "OOB_LSI")"));
     text.replace(at, none.size(), R"("faults": )" + faults);
@@ -553,6 +553,25 @@ TEST(RaidcfgE2eTest, SettingAConnectorToTheModeItHasSaysSo) {
     EXPECT_NE(run.out.find("ctrl2-connector0    connector 0 is already in RAID mode\n"),
               std::string::npos)
         << run.out;
+}
+
+TEST(RaidcfgE2eTest, ASavedM2MirrorComesBackOnItsTwoDisks) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("m.json"), raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE));
+    const std::vector<std::string> oob = {"--machine", "m.json", "--bmc", "admin:secret@sim", "-q"};
+    const auto run = [&](std::vector<std::string> args) {
+        args.insert(args.end(), oob.begin(), oob.end());
+        return RunRaidcfg(dir.path(), args);
+    };
+    const std::string before = Squeezed(raidcfg_test::ReadFile(dir.File("m.json")));
+    const std::string mirror = R"("name":"boot","raid_level":"1","spans":[[0,1]],"size_mb":915527)";
+    ASSERT_NE(before.find(mirror), std::string::npos) << before;
+    EXPECT_EQ(run({"save", "--ctrl", "4", "--file", "s.ini"}).status, 0);
+    EXPECT_EQ(run({"clear", "--ctrl", "4", "-y"}).status, 0);
+    ASSERT_EQ(Squeezed(raidcfg_test::ReadFile(dir.File("m.json"))).find(mirror), std::string::npos);
+    const Outcome added = run({"add", "--file", "s.ini", "-y"});
+    EXPECT_EQ(added.status, 0) << added.out << added.err;
+    EXPECT_NE(Squeezed(raidcfg_test::ReadFile(dir.File("m.json"))).find(mirror), std::string::npos);
 }
 
 TEST(RaidcfgE2eTest, AHotSpareBeyondIntIsTheLimitOfIntAsStreamExtractionGivesIt) {

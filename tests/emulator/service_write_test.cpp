@@ -115,7 +115,7 @@ TEST_F(EmulatorWriteTest, CreateVolumeFromStandardPropertiesOnly) {
     EXPECT_EQ(volume.write_policy, 1); // this family counts write policies from 1
 }
 
-TEST_F(EmulatorWriteTest, CreateVolumeOnM2TakesTheFreeDisks) {
+TEST_F(EmulatorWriteTest, CreateVolumeOnM2TakesTheTwoLowestFreeDisks) {
     sim::Machine machine = Machine();
     for (sim::Controller& controller : machine.controllers) {
         if (controller.family == "OOB_M2") {
@@ -131,7 +131,7 @@ TEST_F(EmulatorWriteTest, CreateVolumeOnM2TakesTheFreeDisks) {
                           {"Oem", {{"Raidcfg", {{"StripSize", "64K"}}}}}};
     ASSERT_EQ(Post(std::string(kStorage) + "/OOB_M2-0/Volumes", request).status, 202);
     const sim::Volume volume = Controller("OOB_M2", 0).volumes.at(0);
-    EXPECT_EQ(volume.spans, (std::vector<std::vector<int>>{{0, 1, 2, 3}}));
+    EXPECT_EQ(volume.spans, (std::vector<std::vector<int>>{{0, 1}}));
     EXPECT_EQ(volume.strip_kb, 64);
 }
 

@@ -1,5 +1,7 @@
 #include "sim/volume_creator.hpp"
 
+#include "sim/volume_request.hpp"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -38,6 +40,35 @@ TEST(VolumeCreator, StripSizesTakeTheFormsTheCastLeaves) {
     }
     EXPECT_FALSE(VolumeCreator::ParseStrip("wide", kb, error));
     EXPECT_FALSE(VolumeCreator::ParseStrip("64Q", kb, error));
+}
+
+// An M.2 adapter's pair: the lowest free disks, as many as asked, the others left alone.
+TEST(VolumeCreator, AFewOfTheRestTakeTheLowestFreeDisks) {
+    sim::Controller controller;
+    controller.family = "OOB_M2";
+    controller.raid_levels = {"0", "1"};
+    for (int id = 0; id < 4; ++id) {
+        sim::Disk disk;
+        disk.id = id;
+        disk.capacity_mb = 1000;
+        disk.state = id == 0 ? "UBad" : "UGood";
+        controller.disks.push_back(disk);
+    }
+    sim::VolumeRequest request;
+    request.rest_disks = true;
+    request.rest_count = 2;
+    request.raid_level = "1";
+    std::string error;
+    ASSERT_EQ(VolumeCreator::Create(controller, request, error), Quillon::RaidConfig::RAID_OK)
+        << error;
+    ASSERT_EQ(controller.volumes.size(), 1U);
+    EXPECT_EQ(controller.volumes[0].spans, (std::vector<std::vector<int>>{{1, 2}}));
+    EXPECT_EQ(controller.disks[3].state, "UGood");
+
+    // One free disk left: not enough for the pair.
+    EXPECT_EQ(VolumeCreator::Create(controller, request, error),
+              Quillon::RaidConfig::RAID_OPERATION_FAILED);
+    EXPECT_EQ(error, "the volume needs 2 unconfigured-good disks, the controller has 1");
 }
 
 } // namespace

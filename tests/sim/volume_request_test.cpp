@@ -224,7 +224,7 @@ TEST(MicrochipRequest, MalformedRecordsAreRefused) {
     ExpectRefused(no_level, "names no RAID level");
 }
 
-TEST(M2Request, TakesTheFreeDisks) {
+TEST(M2Request, TakesTheTwoLowestFreeDisksOfTheAdapter) {
     rc::M2ControllerObject record;
     record.controller_id = 7;
     record.vol_name = "boot";
@@ -235,6 +235,7 @@ TEST(M2Request, TakesTheFreeDisks) {
     ASSERT_TRUE(VolumeRequest::From(record, request, error)) << error;
     EXPECT_EQ(request.controller_id, 7);
     EXPECT_TRUE(request.rest_disks);
+    EXPECT_EQ(request.rest_count, 2);
     EXPECT_TRUE(request.spans.empty());
     EXPECT_EQ(request.raid_level, "1");
     EXPECT_EQ(request.name, "boot");
