@@ -131,7 +131,9 @@ HttpResponse RedfishErrors::Refused(int code, const std::string& text) {
 HttpResponse RedfishErrors::Accepted(int code, const std::string& text) {
     json message;
     if (code == Quillon::RaidConfig::RAID_OK_UNCHANGED) {
-        message = Message("Raidcfg.1.0.AlreadySet", "The value is already set.", "OK", code);
+        message =
+            Message("Raidcfg.1.0.AlreadySet",
+                    text.empty() ? std::string("The value is already set.") : text, "OK", code);
     } else if (!text.empty()) {
         message = Message("Raidcfg.1.0.Completed", text, "OK", code);
     } else {

@@ -178,9 +178,11 @@ bool DiskIds(const std::vector<std::string>& links, std::vector<int>& ids, std::
     return true;
 }
 
+// The answer to a write the simulated driver carried out. A success keeps the driver's text
+// (a detail, or why nothing changed) unless the handler has its own.
 HttpResponse Outcome(int code, const std::string& error, const std::string& success_text = "") {
     if (code == rc::RAID_OK || code == rc::RAID_OK_UNCHANGED) {
-        return RedfishErrors::Accepted(code, success_text);
+        return RedfishErrors::Accepted(code, success_text.empty() ? error : success_text);
     }
     return RedfishErrors::Refused(code, error);
 }

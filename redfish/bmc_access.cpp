@@ -68,6 +68,23 @@ BmcAccess::Code BmcAccess::SuccessCode(const nlohmann::json& answer) {
     return RAID_OK;
 }
 
+std::string BmcAccess::SuccessText(const nlohmann::json& answer) {
+    if (!answer.is_object()) {
+        return "";
+    }
+    const auto info = answer.find("@Message.ExtendedInfo");
+    if (info == answer.end() || !info->is_array()) {
+        return "";
+    }
+    for (const nlohmann::json& entry : *info) {
+        const std::string id = RedfishWords::Text(entry, "MessageId");
+        if (id == "Raidcfg.1.0.Completed" || id == "Raidcfg.1.0.AlreadySet") {
+            return RedfishWords::Text(entry, "Message");
+        }
+    }
+    return "";
+}
+
 std::string BmcAccess::ControllerNotFound(int controller) {
     return "controller " + std::to_string(controller) + " does not exist";
 }

@@ -45,6 +45,10 @@ public:
     static Code Outcome(const RedfishStatus& status, std::string& error_text);
     // 34 when a write's answer says the value was already set, else 0.
     static Code SuccessCode(const nlohmann::json& answer);
+    // What a successful answer of our Oem says beside "Success." (the controller's detail, or
+    // why nothing changed): the text of a "Raidcfg.1.0.Completed" or "Raidcfg.1.0.AlreadySet"
+    // message; empty for any other answer.
+    static std::string SuccessText(const nlohmann::json& answer);
     // Where a disk, a volume and the controller itself are addressed on the BMC.
     static std::string DrivePath(const ControllerLinks& links, const std::string& disk);
     static std::string VolumePath(const ControllerLinks& links, int volume);

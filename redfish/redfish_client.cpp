@@ -431,8 +431,9 @@ RedfishStatus RedfishClient::Post(const std::string& path, const nlohmann::json&
     return Write("POST", path, &body, out);
 }
 
-RedfishStatus RedfishClient::Patch(const std::string& path, const nlohmann::json& body) {
-    return Write("PATCH", path, &body, nullptr);
+RedfishStatus RedfishClient::Patch(const std::string& path, const nlohmann::json& body,
+                                   nlohmann::json* out) {
+    return Write("PATCH", path, &body, out);
 }
 
 RedfishStatus RedfishClient::Delete(const std::string& path) {

@@ -111,7 +111,8 @@ public:
     // receives the final answer's JSON (empty for none). Each drops the read cache.
     RedfishStatus Post(const std::string& path, const nlohmann::json& body,
                        nlohmann::json* out = nullptr);
-    RedfishStatus Patch(const std::string& path, const nlohmann::json& body);
+    RedfishStatus Patch(const std::string& path, const nlohmann::json& body,
+                        nlohmann::json* out = nullptr);
     RedfishStatus Delete(const std::string& path);
 
     const nlohmann::json& ServiceRoot() const { return service_root_; }

@@ -1,5 +1,8 @@
 #include "redfish/redfish_encryption_driver.hpp"
 
+#include <string>
+#include <utility>
+
 #include "backend/ekm_controller.hpp"
 #include "model/controller_reader.hpp"
 #include "model/key_rules.hpp"
@@ -67,7 +70,13 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int control
             if (!standard.empty()) {
                 body["EncryptionMode"] = standard;
             }
-            const Code code = BmcAccess::Outcome(client.Patch(links.storage, body), text);
+            json answer;
+            const Code code = BmcAccess::Outcome(client.Patch(links.storage, body, &answer), text);
+            // The controller's detail behind "Success.", when it gives one.
+            if (std::string detail = BmcAccess::SuccessText(answer);
+                code == RAID_OK && !detail.empty()) {
+                text = std::move(detail);
+            }
             // A PATCH to the mode the controller has is accepted and changes
             // nothing: 34.
             std::string current = model.ekm_mode.value_or("");

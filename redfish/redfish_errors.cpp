@@ -141,7 +141,8 @@ ErrorMessage ReadTaskMessages(const nlohmann::json& task) {
 RedfishStatus HttpFailure(const std::string& authority, const std::string& method,
                           const std::string& path, const HttpResponse& response) {
     const ErrorMessage error = ReadErrorBody(response.body);
-    if (error.has_code && !error.coded_message.empty()) {
+    // A message that carries our Oem code is the controller's own text, the empty text included.
+    if (error.has_code) {
         return {static_cast<RaidErrorCode>(error.code), error.coded_message};
     }
     const std::string prefix = "BMC " + authority + ": ";

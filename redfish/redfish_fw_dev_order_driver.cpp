@@ -1,5 +1,8 @@
 #include "redfish/redfish_fw_dev_order_driver.hpp"
 
+#include <string>
+#include <utility>
+
 #include "backend/fw_dev_order_controller.hpp"
 #include "model/controller_reader.hpp"
 #include "model/mode_setting.hpp"
@@ -34,8 +37,13 @@ RedfishFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller, const std::stri
                 return model::ControllerReader::NoFirmwareOrder(text);
             }
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
-            const Code code =
-                BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);
+            json answer;
+            const Code code = BmcAccess::Outcome(
+                client.Patch(BmcAccess::ControllerPath(links), body, &answer), text);
+            if (std::string detail = BmcAccess::SuccessText(answer);
+                code == RAID_OK && !detail.empty()) {
+                text = std::move(detail);
+            }
             // A PATCH to the value the controller has is accepted and changes nothing: 34.
             std::string current = model.fw_device_order.value_or("");
             std::string already;

@@ -532,22 +532,28 @@ RedfishRaidDriver::Code RedfishRaidDriver::RaidChangeConnectorMode(int controlle
                                                                    const std::string& connector,
                                                                    const std::string& mode,
                                                                    std::string& error_text) {
-    return access_.Write(controller, error_text,
-                         [&](const ControllerLinks& links, const model::Controller&,
-                             RedfishClient& client, std::string& text) {
-                             if (!links.ours) {
-                                 text = NotOffered("a change of connector mode");
-                                 return RAID_DEVICE_UNSUPPORTED;
-                             }
-                             json answer;
-                             const Code code = BmcAccess::Outcome(
-                                 client.Post(BmcAccess::ControllerPath(links) +
-                                                 "/Actions/Oem/Raidcfg.ChangeConnectorMode",
-                                             json{{"Connector", connector}, {"Mode", mode}},
-                                             &answer),
-                                 text);
-                             return code == RAID_OK ? BmcAccess::SuccessCode(answer) : code;
-                         });
+    return access_.Write(
+        controller, error_text,
+        [&](const ControllerLinks& links, const model::Controller&, RedfishClient& client,
+            std::string& text) {
+            if (!links.ours) {
+                text = NotOffered("a change of connector mode");
+                return RAID_DEVICE_UNSUPPORTED;
+            }
+            json answer;
+            const Code code = BmcAccess::Outcome(
+                client.Post(BmcAccess::ControllerPath(links) +
+                                "/Actions/Oem/Raidcfg.ChangeConnectorMode",
+                            json{{"Connector", connector}, {"Mode", mode}}, &answer),
+                text);
+            if (code != RAID_OK) {
+                return code;
+            }
+            if (std::string detail = BmcAccess::SuccessText(answer); !detail.empty()) {
+                text = std::move(detail);
+            }
+            return BmcAccess::SuccessCode(answer);
+        });
 }
 
 RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int controller,
@@ -562,8 +568,13 @@ RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int contro
                 return RAID_DEVICE_UNSUPPORTED;
             }
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
-            const Code code =
-                BmcAccess::Outcome(client.Patch(BmcAccess::ControllerPath(links), body), text);
+            json answer;
+            const Code code = BmcAccess::Outcome(
+                client.Patch(BmcAccess::ControllerPath(links), body, &answer), text);
+            if (std::string detail = BmcAccess::SuccessText(answer);
+                code == RAID_OK && !detail.empty()) {
+                text = std::move(detail);
+            }
             // A PATCH to the value the controller has is accepted and changes nothing: 34.
             std::string current = model.fw_device_order.value_or("");
             std::string already;

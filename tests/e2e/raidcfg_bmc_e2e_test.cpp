@@ -220,6 +220,30 @@ TEST_F(BothRoads, InjectedFaultsAnswerAlikeOnBothRoads) {
     Step({"fwdeviceorder"});
 }
 
+TEST_F(BothRoads, FaultTextsBehindSuccessAndAllVolumeFaultsAnswerAlikeOnBothRoads) {
+    // Key management on, a success that carries the controller's detail, an encryption of
+    // every volume that fails, and an empty fault text.
+    nlohmann::json machine = nlohmann::json::parse(raidcfg_test::ReadFile(kDemoMachine));
+    for (auto& controller : machine["controllers"]) {
+        if (controller["family"] == "OOB_LSI") {
+            controller["ekm_mode"] = "Local";
+            controller["faults"] = nlohmann::json::parse(R"json([
+                {"op": "changeEKMmode", "code": 0, "error_text": " (applied after reboot)",
+                 "times": 1},
+                {"op": "enableEncryptionAllVolumes", "code": 32, "times": 1},
+                {"op": "MakeGood", "arg": "6", "code": 2, "error_text": "", "times": 1}])json");
+        }
+    }
+    Start(machine.dump(2));
+    Step({"ekm", "--ctrl", "1", "--mode", "external", "-y"});
+    EXPECT_NE(last_.out.find("Success. (applied after reboot)"), std::string::npos) << last_.out;
+    Step({"ekm", "--ctrl", "1", "--mode", "external", "-y"}); // already so
+    Step({"envol", "--ctrl", "1", "--mode", "enable", "-y"});
+    EXPECT_NE(last_.out.find("Failed to operate Rest API."), std::string::npos) << last_.out;
+    Step({"makegood", "--ctrl", "1", "--disk", "6", "-y"});
+    EXPECT_NE(last_.status, 0);
+}
+
 TEST(RaidcfgBmcE2eTest, AFullShowNeedsFewRequestsOnOneConnection) {
     raidcfg_test::TempDir work;
     std::filesystem::copy_file(kDemoMachine, work.File("machine.json"));

@@ -320,13 +320,14 @@ TEST_F(RedfishDriverTest, AddPostsTheStandardVolumeAndOurTextsAndFollowsTheTask)
     EXPECT_EQ(error, "disk 0 is Online, not UGood");
 }
 
-TEST_F(RedfishDriverTest, AValueAlreadySetIsCodeThirtyFourWithoutText) {
-    bmc->On("POST", kLsi + "/Controllers/0/Actions/Oem/Raidcfg.ChangeConnectorMode",
-            Json(200, Success(34, "The value is already set.", "Raidcfg.1.0.AlreadySet")));
+TEST_F(RedfishDriverTest, AValueAlreadySetIsCodeThirtyFourWithTheBmcsWords) {
+    bmc->On(
+        "POST", kLsi + "/Controllers/0/Actions/Oem/Raidcfg.ChangeConnectorMode",
+        Json(200, Success(34, "connector 0 is already in RAID mode", "Raidcfg.1.0.AlreadySet")));
     redfish::RedfishRaidDriver driver = Driver();
     std::string error;
     EXPECT_EQ(driver.RaidChangeConnectorMode(0, "0", "raid", error), RAID_OK_UNCHANGED);
-    EXPECT_EQ(error, "");
+    EXPECT_EQ(error, "connector 0 is already in RAID mode");
 
     bmc->On("PATCH", kLsi + "/Controllers/0", Json(200, Success()));
     redfish::RedfishFwDevOrderDriver order(*connection);
