@@ -1,5 +1,4 @@
 #include "sim/volume_creator.hpp"
-
 #include "sim/volume_request.hpp"
 
 #include <gtest/gtest.h>
