@@ -21,7 +21,7 @@ constexpr const char* kCommonOptions =
     "  --bmc, --local-bmc, --user, --password, --http, --insecure, --cacert, --timeout,\n"
     "  --system, --machine    see raidcfg --help\n";
 
-const std::array<Action, 13> kActions = {{
+const std::array<Action, 14> kActions = {{
     {"show", "show controllers, volumes and disks",
      "Shows the RAID controllers with their volumes, disk groups, hot spares and physical\n"
      "disks, with states and sizes. Changes nothing.\n"
@@ -47,6 +47,19 @@ const std::array<Action, 13> kActions = {{
      "  --file PATH            the policy file to write\n"
      "  --ctrl N               only this controller (default: all)\n"
      "  --save-to-output       write the policy file under the output directory\n"},
+    {"diff", "compare the server with a policy file",
+     "Reads the current configuration as save does (into a temporary file that is removed)\n"
+     "and compares it with a policy file, controller by controller, for the controllers the\n"
+     "policy names: volumes to create, volumes that exist and differ (level, name, size,\n"
+     "strip size, the policies the file states, dedicated hot spares), volumes the policy\n"
+     "does not name, and global hot spares. A volume is matched by its disks (on M.2 by its\n"
+     "controller). Changes nothing. Exits 0 when the server matches, 3 when it differs, and\n"
+     "with the code of the read when reading failed.\n"
+     "\n"
+     "Options:\n"
+     "  --file PATH            the policy file to compare with (required)\n"
+     "  --ctrl N, --target LIST, --cfc   what to read, as for save\n"
+     "  --json                 the difference as one JSON document\n"},
     {"clear", "remove volumes or the whole configuration",
      "Deletes volumes. With --vol only the listed volumes go; without it the whole RAID\n"
      "configuration of the selected controllers is cleared. DATA ON THOSE VOLUMES IS LOST.\n"

@@ -8,7 +8,8 @@ namespace host {
 // The help texts of raidcfg: the program's, and one per action word.
 class ActionHelp {
 public:
-    // The action words the service knows, in the order the help lists them.
+    // The action words in the order the help lists them: the service's, and diff, which the
+    // host carries out itself on top of save.
     static const std::vector<std::string>& Words();
     static bool IsAction(const std::string& word);
     // The words separated by blanks, for hints.

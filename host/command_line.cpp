@@ -31,8 +31,9 @@ constexpr std::array<const char*, 18> kValueOptions = {
     "--dg",       "--connector", "--mode",    "--bmc",     "--local-bmc", "--user",
     "--password", "--cacert",    "--timeout", "--machine", "--log-dir",   "--system"};
 
-constexpr std::array<const char*, 8> kLongFlags = {
-    "--yes", "--save-to-output", "--cfc", "--quiet", "--http", "--insecure", "--help", "--version"};
+constexpr std::array<const char*, 9> kLongFlags = {"--yes",      "--save-to-output", "--cfc",
+                                                   "--quiet",    "--http",           "--json",
+                                                   "--insecure", "--help",           "--version"};
 
 bool IsOneOf(const std::string& name, const char* const* begin, const char* const* end) {
     return std::any_of(begin, end, [&name](const char* known) { return name == known; });
@@ -226,7 +227,9 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     bool quiet = false;
     bool http = false;
     bool insecure = false;
+    bool json = false;
     app.add_flag("-y,--yes", yes);
+    app.add_flag("--json", json);
     app.add_flag("--save-to-output", save_to_output);
     app.add_flag("--cfc", cfc);
     app.add_flag("-q,--quiet", quiet);
@@ -246,6 +249,12 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     }
     if (words.size() > 1) {
         return Fail("unexpected argument '" + words[1] + "' after COMMAND '" + words[0] + "'");
+    }
+    if (json && words.front() != "diff") {
+        return Fail("--json is only for diff");
+    }
+    if (words.front() == "diff" && values["--file"].empty()) {
+        return Fail("diff needs --file POLICY, the policy file to compare with");
     }
     if (given("--bmc") && given("--local-bmc")) {
         return Fail("--bmc and --local-bmc cannot be used together");
@@ -327,6 +336,7 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     option.save_to_output_dir = save_to_output;
     option.cfc = cfc;
     option.console_output = !quiet;
+    settings_.json = json;
 
     if (use_bmc) {
         connect.kind = bmc_option == "--bmc" ? TesselConnect::kConnectOutOfBand

@@ -1,14 +1,23 @@
 #include "host/host_runner.hpp"
 
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "collaborators/log.hpp"
 #include "host/action_help.hpp"
 #include "host/bmc_address.hpp"
 #include "host/command_line.hpp"
+#include "host/policy_diff.hpp"
+#include "host/policy_sections.hpp"
 #include "redfish/redfish_backends.hpp"
 #include "result/tessel_result.hpp"
 #include "service/misc_raid_service/service_raid.hpp"
@@ -34,6 +43,32 @@ bool MakeDirectory(const std::string& dir, std::string& reason) {
     }
     return true;
 }
+
+bool ReadText(const std::string& path, std::string& text, std::string& reason) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        reason = std::strerror(errno);
+        return false;
+    }
+    std::ostringstream content;
+    content << in.rdbuf();
+    text = content.str();
+    return true;
+}
+
+// Keeps what the service prints during diff's read off standard output: diff's own lines are
+// the output. Restores the stream on every way out.
+class QuietStdout {
+public:
+    QuietStdout() : saved_(std::cout.rdbuf(sink_.rdbuf())) {}
+    ~QuietStdout() { std::cout.rdbuf(saved_); }
+    QuietStdout(const QuietStdout&) = delete;
+    QuietStdout& operator=(const QuietStdout&) = delete;
+
+private:
+    std::ostringstream sink_;
+    std::streambuf* saved_;
+};
 
 // Where the run goes, for the log: never the target text, which may hold the password.
 std::string Where(const HostSettings& settings) {
@@ -90,6 +125,9 @@ int HostRunner::Run(const HostSettings& settings, std::ostream& out, std::ostrea
     RAIDCFG_LOG(3) << "raidcfg " << RAIDCFG_VERSION << " runs \"" << option.command << "\" "
                    << Where(settings);
 
+    if (option.command == "diff") {
+        return Diff(settings, out, err);
+    }
     service::ServiceRaid raid(option);
     const TesselResult result = raid.Run();
     // The service's result says only "Connection failed."; the BMC's own reason goes first.
@@ -101,6 +139,67 @@ int HostRunner::Run(const HostSettings& settings, std::ostream& out, std::ostrea
     out.flush();
     const unsigned int code = result.code();
     return code > 255 ? 1 : static_cast<int>(code);
+}
+
+int HostRunner::Diff(const HostSettings& settings, std::ostream& out, std::ostream& err) const {
+    const RaidConfig::RaidConfigOption& option = settings.option;
+    std::string text;
+    std::string reason;
+    std::vector<PolicySections::Section> wanted;
+    if (!ReadText(option.policy_file, text, reason)) {
+        err << "raidcfg: --file: cannot read '" << option.policy_file << "': " << reason << '\n';
+        return CommandLine::kExitBadCommandLine;
+    }
+    if (!PolicySections::Parse(text, wanted, reason)) {
+        err << "raidcfg: --file: '" << option.policy_file << "': " << reason << '\n';
+        return CommandLine::kExitBadCommandLine;
+    }
+    // The live configuration as save writes it, into a directory of its own that goes away
+    // with everything save left there.
+    std::string pattern = (std::filesystem::temp_directory_path() / "raidcfg-diff-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        err << "raidcfg: cannot make a temporary directory: " << std::strerror(errno) << '\n';
+        return CommandLine::kExitBadCommandLine;
+    }
+    const std::string scratch = pattern;
+    RaidConfig::RaidConfigOption save = option;
+    save.command = "save";
+    save.output_dir = scratch + "/";
+    save.policy_file = scratch + "/live.ini";
+    save.save_to_output_dir = false;
+    save.console_output = false;
+    RAIDCFG_LOG(3) << "diff: reading the live configuration to compare with '" << option.policy_file
+                   << "'";
+    const TesselResult result = [&save] {
+        const QuietStdout quiet;
+        return service::ServiceRaid(save).Run();
+    }();
+    std::vector<PolicySections::Section> live;
+    bool read = result.code() == 0 && ReadText(save.policy_file, text, reason) &&
+                PolicySections::Parse(text, live, reason);
+    std::error_code ignored;
+    std::filesystem::remove_all(scratch, ignored);
+    if (!read) {
+        const std::string failure = redfish::RedfishBackends::Failure();
+        if (!failure.empty()) {
+            err << "raidcfg: " << failure << '\n';
+        }
+        if (result.code() == 0) {
+            err << "raidcfg: diff: the saved configuration cannot be read: " << reason << '\n';
+            return 1;
+        }
+        out << result << '\n';
+        return result.code() > 255 ? 1 : static_cast<int>(result.code());
+    }
+    const std::vector<PolicyDiff::Difference> differences = PolicyDiff::Compare(wanted, live);
+    if (settings.json) {
+        out << PolicyDiff::Json(differences).dump(2) << '\n';
+    } else {
+        out << PolicyDiff::Text(differences);
+    }
+    out.flush();
+    RAIDCFG_LOG(3) << "diff: " << differences.size() << " differences";
+    return differences.empty() ? 0 : kExitDiffers;
 }
 
 } // namespace host

@@ -14,6 +14,14 @@ public:
     // err, and returns the exit status: the 16-bit result code, 1 when it does not fit, 5 when a
     // directory cannot be made.
     int Run(const HostSettings& settings, std::ostream& out, std::ostream& err) const;
+
+    // diff: the server differs from the policy file.
+    static constexpr int kExitDiffers = 3;
+
+private:
+    // Reads the live configuration through the service's save and compares it with the policy
+    // file: 0 when they match, 3 when they differ, the read's code when it failed.
+    int Diff(const HostSettings& settings, std::ostream& out, std::ostream& err) const;
 };
 
 } // namespace host

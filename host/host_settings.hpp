@@ -16,6 +16,8 @@ struct HostSettings {
     std::string machine;
     // Where machine came from, for messages: "--machine" or "RAIDCFG_MACHINE".
     std::string machine_source = "--machine";
+    // diff --json: the difference as one JSON document instead of lines.
+    bool json = false;
 };
 
 } // namespace host

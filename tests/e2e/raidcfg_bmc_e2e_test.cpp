@@ -244,6 +244,28 @@ TEST_F(BothRoads, FaultTextsBehindSuccessAndAllVolumeFaultsAnswerAlikeOnBothRoad
     EXPECT_NE(last_.status, 0);
 }
 
+TEST(RaidcfgBmcE2eTest, DiffReadsTheBmcAndSendsNoWrite) {
+    raidcfg_test::TempDir work;
+    std::filesystem::copy_file(kDemoMachine, work.File("machine.json"));
+    Emulator emulator(work.File("machine.json"));
+    ASSERT_TRUE(emulator.running());
+    const std::vector<std::string> bmc = {"--bmc", emulator.Bmc(), "--http"};
+    std::vector<std::string> save = {"save", "--file", "s.ini", "-q"};
+    save.insert(save.end(), bmc.begin(), bmc.end());
+    ASSERT_EQ(RunRaidcfg(work.path(), save).status, 0);
+    std::vector<std::string> diff = {"diff", "--file", "s.ini"};
+    diff.insert(diff.end(), bmc.begin(), bmc.end());
+    const Outcome same = RunRaidcfg(work.path(), diff);
+    EXPECT_EQ(same.status, 0) << same.out << same.err;
+    EXPECT_EQ(same.out, "The server matches the policy.\n");
+    raidcfg_test::WriteFile(work.File("other.ini"), "[ctrl1-vol0]\ndisks=6,7\nraid_level=1\n");
+    diff[2] = "other.ini";
+    const Outcome other = RunRaidcfg(work.path(), diff);
+    EXPECT_EQ(other.status, 3) << other.out << other.err;
+    EXPECT_EQ(raidcfg_test::ReadFile(work.File("machine.json")),
+              raidcfg_test::ReadFile(kDemoMachine));
+}
+
 TEST(RaidcfgBmcE2eTest, AFullShowNeedsFewRequestsOnOneConnection) {
     raidcfg_test::TempDir work;
     std::filesystem::copy_file(kDemoMachine, work.File("machine.json"));

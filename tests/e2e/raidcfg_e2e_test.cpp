@@ -574,6 +574,67 @@ TEST(RaidcfgE2eTest, ASavedM2MirrorComesBackOnItsTwoDisks) {
     EXPECT_NE(Squeezed(raidcfg_test::ReadFile(dir.File("m.json"))).find(mirror), std::string::npos);
 }
 
+TEST(RaidcfgDiffE2eTest, ASavedPolicyMatchesItsServerOnEveryRoad) {
+    const std::vector<std::vector<std::string>> roads = {{"--bmc", "admin:secret@sim"},
+                                                         {},
+                                                         {"--target", "all"},
+                                                         {"--cfc", "--bmc", "admin:secret@sim"}};
+    for (const auto& road : roads) {
+        SCOPED_TRACE(::testing::PrintToString(road));
+        raidcfg_test::TempDir dir;
+        raidcfg_test::WriteFile(dir.File("m.json"), raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE));
+        std::vector<std::string> save = {"save", "--file", "s.ini", "--machine", "m.json", "-q"};
+        save.insert(save.end(), road.begin(), road.end());
+        ASSERT_EQ(RunRaidcfg(dir.path(), save).status, 0);
+        std::filesystem::remove(dir.File("raid_result.xml"));
+        std::vector<std::string> diff = {"diff", "--file", "s.ini", "--machine", "m.json"};
+        diff.insert(diff.end(), road.begin(), road.end());
+        const Outcome run = RunRaidcfg(dir.path(), diff);
+        EXPECT_EQ(run.status, 0) << run.out << run.err;
+        EXPECT_EQ(run.out, "The server matches the policy.\n");
+        // diff leaves no result file of the read it made.
+        EXPECT_FALSE(raidcfg_test::FileExists(dir.File("raid_result.xml")));
+    }
+}
+
+TEST(RaidcfgDiffE2eTest, ADifferentServerExitsThreeWithTheDifferences) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("m.json"), raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE));
+    raidcfg_test::WriteFile(dir.File("p.ini"), "[ctrl1-vol0]\ndisks=0,1,2,3\nvol_name=data\n"
+                                               "[ctrl1-vol1]\ndisks=6,7\nraid_level=1\n");
+    const std::vector<std::string> args = {"diff",   "--file", "p.ini",           "--machine",
+                                           "m.json", "--bmc",  "admin:secret@sim"};
+    const Outcome run = RunRaidcfg(dir.path(), args);
+    EXPECT_EQ(run.status, 3) << run.err;
+    EXPECT_EQ(run.out, "ctrl1-vol0    differs: vol_name is \"vd0\", the policy says \"data\"\n"
+                       "ctrl1-vol1    create: RAID 1 on disks 6,7\n"
+                       "2 differences from the policy.\n");
+    std::vector<std::string> json = args;
+    json.emplace_back("--json");
+    const Outcome document = RunRaidcfg(dir.path(), json);
+    EXPECT_EQ(document.status, 3);
+    EXPECT_NE(document.out.find(R"("matches": false)"), std::string::npos) << document.out;
+    EXPECT_NE(document.out.find(R"("kind": "create")"), std::string::npos) << document.out;
+    // The machine did not change.
+    EXPECT_EQ(raidcfg_test::ReadFile(dir.File("m.json")),
+              raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE));
+}
+
+TEST(RaidcfgDiffE2eTest, AFailedReadEndsWithItsCodeAndABadPolicyFileWithFive) {
+    raidcfg_test::TempDir dir;
+    raidcfg_test::WriteFile(dir.File("m.json"), raidcfg_test::ReadFile(RAIDCFG_DEMO_MACHINE));
+    raidcfg_test::WriteFile(dir.File("p.ini"), "[ctrl1-vol0]\ndisks=0\n");
+    const Outcome refused = RunRaidcfg(
+        dir.path(), {"diff", "--file", "p.ini", "--machine", "m.json", "--bmc", "root:nope@sim"});
+    EXPECT_EQ(refused.status, 12);
+    EXPECT_EQ(refused.out, "12 Authentication failed.\n");
+    raidcfg_test::WriteFile(dir.File("bad.ini"), "disks=0\n");
+    const Outcome bad =
+        RunRaidcfg(dir.path(), {"diff", "--file", "bad.ini", "--machine", "m.json"});
+    EXPECT_EQ(bad.status, 5);
+    EXPECT_EQ(bad.err, "raidcfg: --file: 'bad.ini': line 1: a key before any section\n");
+}
+
 TEST(RaidcfgE2eTest, AHotSpareBeyondIntIsTheLimitOfIntAsStreamExtractionGivesIt) {
     raidcfg_test::TempDir dir;
     raidcfg_test::TempDir state;

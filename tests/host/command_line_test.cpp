@@ -242,6 +242,18 @@ TEST_F(CommandLineTest, PasswordAndUserOverrideOrder) {
     EXPECT_EQ(connect().password, "from-env");
 }
 
+TEST_F(CommandLineTest, DiffNeedsAPolicyFileAndOnlyDiffTakesJson) {
+    EXPECT_FALSE(Parse({"diff"}));
+    EXPECT_EQ(line_.error(),
+              "raidcfg: diff needs --file POLICY, the policy file to compare with\n");
+    EXPECT_FALSE(Parse({"show", "--json"}));
+    EXPECT_EQ(line_.error(), "raidcfg: --json is only for diff\n");
+    ASSERT_TRUE(Parse({"diff", "--file", "p.ini", "--json"})) << line_.error();
+    EXPECT_EQ(line_.settings().option.command, "diff");
+    EXPECT_EQ(line_.settings().option.policy_file, "p.ini");
+    EXPECT_TRUE(line_.settings().json);
+}
+
 TEST_F(CommandLineTest, EnvironmentPasswordOnlyWithABmcOrAUserName) {
     env_["RAIDCFG_BMC_PASSWORD"] = "from-env";
     ASSERT_TRUE(Parse({"show"})) << line_.error();
@@ -313,8 +325,9 @@ TEST_F(CommandLineTest, HelpWinsOverMistakes) {
 }
 
 TEST_F(CommandLineTest, WordsAndUnknownOptions) {
-    const std::string words = "show add save clear makegood makejbod init addhsp rmhsp changemode "
-                              "fwdeviceorder ekm envol";
+    const std::string words =
+        "show add save diff clear makegood makejbod init addhsp rmhsp changemode "
+        "fwdeviceorder ekm envol";
     ExpectProblem({}, "missing COMMAND; one of: " + words);
     ExpectProblem({"--yes", "--ctrl", "1"}, "missing COMMAND; one of: " + words);
     ExpectProblem({"show", "extra"}, "unexpected argument 'extra' after COMMAND 'show'");
