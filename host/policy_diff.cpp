@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <iterator>
 #include <optional>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace host {
 
@@ -181,6 +183,16 @@ std::vector<std::string> FieldDifferences(const Section& want, const Section& ha
     return out;
 }
 
+PolicyDiff::Difference Make(PolicyDiff::Kind kind, const std::string& controller,
+                            const std::string& section, std::vector<std::string> details) {
+    PolicyDiff::Difference difference;
+    difference.kind = kind;
+    difference.controller = controller;
+    difference.section = section;
+    difference.details = std::move(details);
+    return difference;
+}
+
 } // namespace
 
 std::vector<PolicyDiff::Difference> PolicyDiff::Compare(const std::vector<Section>& wanted,
@@ -219,11 +231,14 @@ std::vector<PolicyDiff::Difference> PolicyDiff::Compare(const std::vector<Sectio
                                              : std::set<std::string>();
                 const std::set<std::string> need = DiskSet(want.Value("global_hot_spares"));
                 if (have != need) {
-                    differences.push_back({Kind::HotSpares,
-                                           controller,
-                                           want.name,
-                                           {"global hot spares are " + Joined(have) +
-                                            ", the policy says " + Joined(need)}});
+                    Difference spares = Make(Kind::HotSpares, controller, want.name,
+                                             {"global hot spares are " + Joined(have) +
+                                              ", the policy says " + Joined(need)});
+                    std::set_difference(need.begin(), need.end(), have.begin(), have.end(),
+                                        std::back_inserter(spares.missing));
+                    std::set_difference(have.begin(), have.end(), need.begin(), need.end(),
+                                        std::back_inserter(spares.extra));
+                    differences.push_back(spares);
                 }
                 continue;
             }
@@ -246,17 +261,18 @@ std::vector<PolicyDiff::Difference> PolicyDiff::Compare(const std::vector<Sectio
                 }
             }
             if (match == unmatched.end()) {
-                differences.push_back({Kind::Create, controller, want.name, {Describe(want)}});
+                differences.push_back(Make(Kind::Create, controller, want.name, {Describe(want)}));
                 continue;
             }
             std::vector<std::string> fields = FieldDifferences(want, **match);
             if (!fields.empty()) {
-                differences.push_back({Kind::Differs, controller, want.name, fields});
+                differences.push_back(Make(Kind::Differs, controller, want.name, fields));
             }
             unmatched.erase(match);
         }
         for (const Section* extra : unmatched) {
-            differences.push_back({Kind::NotInPolicy, controller, extra->name, {Describe(*extra)}});
+            differences.push_back(
+                Make(Kind::NotInPolicy, controller, extra->name, {Describe(*extra)}));
         }
     }
     return differences;
@@ -327,10 +343,15 @@ nlohmann::json PolicyDiff::Json(const std::vector<Difference>& differences) {
     nlohmann::json out = {{"matches", differences.empty()},
                           {"differences", nlohmann::json::array()}};
     for (const Difference& difference : differences) {
-        out["differences"].push_back({{"kind", KindKey(difference.kind)},
-                                      {"controller", difference.controller},
-                                      {"section", difference.section},
-                                      {"details", difference.details}});
+        nlohmann::json entry = {{"kind", KindKey(difference.kind)},
+                                {"controller", difference.controller},
+                                {"section", difference.section},
+                                {"details", difference.details}};
+        if (difference.kind == Kind::HotSpares) {
+            entry["missing"] = difference.missing;
+            entry["extra"] = difference.extra;
+        }
+        out["differences"].push_back(entry);
     }
     return out;
 }

@@ -23,6 +23,10 @@ public:
         std::string controller; // "ctrl1"
         std::string section;    // the policy's section; the live one for NotInPolicy
         std::vector<std::string> details;
+        // HotSpares: the global hot spares the policy names that the server lacks, and the ones
+        // it has that the policy does not name.
+        std::vector<std::string> missing;
+        std::vector<std::string> extra;
     };
 
     static std::vector<Difference> Compare(const std::vector<PolicySections::Section>& wanted,
@@ -31,7 +35,8 @@ public:
     // One line per difference ("ctrl1-vol2    create: RAID 0 on disks 7, ...") and a last
     // line that says whether the server matches.
     static std::string Text(const std::vector<Difference>& differences);
-    // {"matches": bool, "differences": [{"kind", "controller", "section", "details"}]}
+    // {"matches": bool, "differences": [{"kind", "controller", "section", "details"}]}; a
+    // hot_spares difference also carries "missing" and "extra", the disk ids.
     static nlohmann::json Json(const std::vector<Difference>& differences);
     static std::string KindWord(Kind kind);
 };

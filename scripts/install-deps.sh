@@ -10,7 +10,7 @@ packages=(
     libcli11-dev libspdlog-dev libfmt-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang clang-format clang-tidy
-    python3-sushy
+    python3-sushy python3-pytest ansible-core
 )
 
 missing=()

@@ -119,6 +119,12 @@ TEST(PolicyDiff, GlobalHotSparesAreComparedAsSets) {
     EXPECT_EQ(PolicyDiff::Text(differences),
               "ctrl1    hot spares differ: global hot spares are 5, the policy says 5,6\n"
               "1 difference from the policy.\n");
+    EXPECT_EQ(PolicyDiff::Json(differences)["differences"][0]["missing"],
+              nlohmann::json::array({"6"}));
+    const auto replaced = Diff("[ctrl1-vol0]\ndisks=0,1,2,3\n[ctrl1]\nglobal_hot_spares=7\n");
+    ASSERT_EQ(replaced.size(), 1U);
+    EXPECT_EQ(replaced[0].missing, std::vector<std::string>{"7"});
+    EXPECT_EQ(replaced[0].extra, std::vector<std::string>{"5"});
 }
 
 TEST(PolicyDiff, AnM2VolumeIsMatchedByItsController) {
