@@ -317,6 +317,95 @@ void BM_RedfishShowLarge(benchmark::State& state) {
         benchmark::Counter(client_side, benchmark::Counter::kAvgIterations);
 }
 
+// One policy applied by ansible-playbook (raidcfg.fleet.raid_policy, forks = servers) to
+// state.range(0) emulated servers, each answering 50 ms late: the wall time of the play, for
+// 1, 8 and 32 servers. Needs ansible-playbook and ansible-galaxy on PATH.
+void BM_FleetPolicy(benchmark::State& state) {
+    const int servers = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        Scratch scratch;
+        const std::string dir = scratch.path();
+        if (Wait(Spawn(
+                "/usr/bin/ansible-galaxy",
+                {"collection", "install", RAIDCFG_ANSIBLE_COLLECTION, "-p", dir + "/collections"},
+                dir, "galaxy")) != 0) {
+            state.SkipWithError("ansible-galaxy could not install the collection");
+            break;
+        }
+        // The demo's LSI controller as saved, and one more volume on its free disks.
+        if (Wait(Spawn(kRaidcfg,
+                       {"save", "--ctrl", "1", "--file", dir + "/policy.ini", "--machine",
+                        scratch.Machine(), "--bmc", "admin:secret@sim", "-q"},
+                       dir, "save")) != 0) {
+            state.SkipWithError("the policy could not be saved");
+            break;
+        }
+        std::ofstream(dir + "/policy.ini", std::ios::app)
+            << "\n[ctrl1-vol1]\n    disks=6,7\n    raid_level=1\n    vol_name=fleet\n"
+               "    volume_size=100GB\n";
+        std::vector<pid_t> emulators;
+        std::string inventory = "[servers]\n";
+        bool started = true;
+        for (int i = 0; i < servers && started; ++i) {
+            const std::string machine = dir + "/m" + std::to_string(i) + ".json";
+            const std::string port_file = dir + "/port" + std::to_string(i);
+            std::filesystem::copy_file(kDemoMachine, machine);
+            emulators.push_back(Spawn(
+                kEmulator, {"--machine", machine, "--port-file", port_file, "--latency-ms", "50"},
+                dir, "bmc" + std::to_string(i)));
+            std::string port;
+            for (int tries = 0; port.empty() && tries < 2000; ++tries) {
+                port = ReadAll(port_file);
+                while (!port.empty() && (port.back() == '\n' || port.back() == '\r')) {
+                    port.pop_back();
+                }
+                if (port.empty()) {
+                    usleep(5000);
+                }
+            }
+            started = !port.empty();
+            inventory += "srv" + std::to_string(i) + " bmc=127.0.0.1:" + port + "\n";
+        }
+        inventory += "[servers:vars]\nansible_connection=local\n"
+                     "ansible_python_interpreter=/usr/bin/python3\n";
+        std::ofstream(dir + "/inventory.ini") << inventory;
+        std::ofstream(dir + "/play.yml")
+            << "- hosts: servers\n  gather_facts: false\n  tasks:\n"
+               "    - raidcfg.fleet.raid_policy:\n        bmc: \"{{ bmc }}\"\n"
+               "        user: admin\n        password: secret\n        http: true\n"
+               "        policy_file: " +
+                   dir + "/policy.ini\n        raidcfg_path: " + kRaidcfg + "\n";
+        setenv("ANSIBLE_COLLECTIONS_PATH", (dir + "/collections").c_str(), 1);
+        setenv("ANSIBLE_LOCAL_TEMP", (dir + "/tmp").c_str(), 1);
+        const auto start = std::chrono::steady_clock::now();
+        const int status = started ? Wait(Spawn("/usr/bin/ansible-playbook",
+                                                {"-i", dir + "/inventory.ini", "-f",
+                                                 std::to_string(servers), dir + "/play.yml"},
+                                                dir, "play"))
+                                   : -1;
+        const double seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        for (const pid_t emulator : emulators) {
+            kill(emulator, SIGTERM);
+            Wait(emulator);
+        }
+        if (status != 0) {
+            state.SkipWithError("the play failed");
+            break;
+        }
+        state.SetIterationTime(seconds);
+    }
+    state.counters["servers"] = servers;
+}
+
+BENCHMARK(BM_FleetPolicy)
+    ->ArgName("servers")
+    ->Arg(1)
+    ->Arg(8)
+    ->Arg(32)
+    ->UseManualTime()
+    ->Iterations(2)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RedfishShowLarge)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RedfishShowMockup)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RedfishShow)
