@@ -324,7 +324,7 @@ void BM_FleetPolicy(benchmark::State& state) {
     const int servers = static_cast<int>(state.range(0));
     for (auto _ : state) {
         Scratch scratch;
-        const std::string dir = scratch.path();
+        const std::string& dir = scratch.path();
         if (Wait(Spawn(
                 "/usr/bin/ansible-galaxy",
                 {"collection", "install", RAIDCFG_ANSIBLE_COLLECTION, "-p", dir + "/collections"},
@@ -373,8 +373,8 @@ void BM_FleetPolicy(benchmark::State& state) {
             << "- hosts: servers\n  gather_facts: false\n  tasks:\n"
                "    - raidcfg.fleet.raid_policy:\n        bmc: \"{{ bmc }}\"\n"
                "        user: admin\n        password: secret\n        http: true\n"
-               "        policy_file: " +
-                   dir + "/policy.ini\n        raidcfg_path: " + kRaidcfg + "\n";
+               "        policy_file: "
+            << dir << "/policy.ini\n        raidcfg_path: " << kRaidcfg << "\n";
         setenv("ANSIBLE_COLLECTIONS_PATH", (dir + "/collections").c_str(), 1);
         setenv("ANSIBLE_LOCAL_TEMP", (dir + "/tmp").c_str(), 1);
         const auto start = std::chrono::steady_clock::now();
