@@ -73,19 +73,17 @@ def fleet(tmp_path):
         emulator.stop()
 
 
-def play(tmp_path, collections, emulators, extra=(), replace=False):
-    """Runs the playbook over every emulator; {host: recap counts} and the output."""
+def play(tmp_path, collections, emulators, extra=(), replace=False, tasks=None):
+    """Runs the playbook (raid_policy, or the tasks given) over every emulator; {host: recap
+    counts} and the output."""
     with open(tmp_path / "inventory.ini", "w") as inventory:
         inventory.write("[servers]\n")
         for i, emulator in enumerate(emulators):
             inventory.write("srv%d bmc=127.0.0.1:%d\n" % (i, emulator.port))
         inventory.write("[servers:vars]\nansible_connection=local\n"
                         "ansible_python_interpreter=/usr/bin/python3\n")
-    with open(tmp_path / "play.yml", "w") as playbook:
-        playbook.write("""- hosts: servers
-  gather_facts: false
-  tasks:
-    - raidcfg.fleet.raid_policy:
+    if tasks is None:
+        tasks = """    - raidcfg.fleet.raid_policy:
         bmc: "{{ bmc }}"
         user: admin
         password: secret
@@ -93,7 +91,9 @@ def play(tmp_path, collections, emulators, extra=(), replace=False):
         policy_file: %s
         replace: %s
         raidcfg_path: %s
-""" % (tmp_path / "policy.ini", "true" if replace else "false", os.path.join(BIN, "raidcfg")))
+""" % (tmp_path / "policy.ini", "true" if replace else "false", os.path.join(BIN, "raidcfg"))
+    with open(tmp_path / "play.yml", "w") as playbook:
+        playbook.write("- hosts: servers\n  gather_facts: false\n  tasks:\n" + tasks)
     env = dict(os.environ, ANSIBLE_COLLECTIONS_PATH=str(collections), ANSIBLE_NOCOLOR="1",
                ANSIBLE_HOST_KEY_CHECKING="0", ANSIBLE_LOCAL_TEMP=str(tmp_path / "tmp"))
     run = subprocess.run(["ansible-playbook", "-i", str(tmp_path / "inventory.ini"), "-f", "8",
@@ -174,3 +174,32 @@ def test_volumes_in_the_way_fail_unless_replace_which_ends_with_exactly_the_poli
                           capture_output=True, text=True, cwd=str(tmp_path))
     assert diff.returncode == 0, diff.stdout
     assert ("other", "0", [[6]]) not in volumes(one[0])
+
+
+def test_save_clones_the_reference_and_facts_describe_it(fleet):
+    tmp_path, emulators, collections = fleet
+    one = emulators[:1]
+    dest = tmp_path / "cloned.ini"
+    tasks = """    - raidcfg.fleet.raid_save:
+        bmc: "{{ bmc }}"
+        user: admin
+        password: secret
+        http: true
+        dest: %s
+        raidcfg_path: %s
+    - raidcfg.fleet.raid_facts:
+        bmc: "{{ bmc }}"
+        user: admin
+        password: secret
+        http: true
+        raidcfg_path: %s
+    - debug:
+        msg: "controllers={{ raid_controllers | length }} first={{ raid_controllers[0].ProductName }}"
+""" % (dest, os.path.join(BIN, "raidcfg"), os.path.join(BIN, "raidcfg"))
+    recap, output = play(tmp_path, collections, one, tasks=tasks)
+    assert recap["srv0"]["changed"] == 1 and recap["srv0"]["failed"] == 0, output
+    assert "controllers=4 first=RAID 945-16i" in output
+    with open(dest) as cloned:
+        assert cloned.read().startswith("[ctrl1-vol0]\n")
+    recap, output = play(tmp_path, collections, one, tasks=tasks)
+    assert recap["srv0"]["changed"] == 0 and recap["srv0"]["failed"] == 0, output
