@@ -17,18 +17,20 @@ description:
   - I(state=absent) clears the controllers the policy names.
   - Check mode reports what would change and sends no write; C(--diff) shows the difference.
 options:
-  policy_file: {description: The policy file., type: path, required: true}
-  state: {description: present or absent., type: str, default: present, choices: [present, absent]}
-  replace: {description: Clear the named controllers first when volumes are in the way., type: bool, default: false}
-  bmc: {description: The BMC, HOST[:PORT]., type: str, required: true}
-  user: {description: The BMC user., type: str, required: true}
-  password: {description: The BMC password; handed to raidcfg in its environment., type: str, required: true}
-  http: {description: Plain HTTP (emulators on loopback)., type: bool, default: false}
-  validate_certs: {description: Verify the BMC's TLS certificate., type: bool, default: true}
-  ca_path: {description: A PEM file of certificates to trust for the BMC., type: path}
-  timeout: {description: Seconds per request to the BMC., type: int}
-  cfc: {description: The server is a CFC system., type: bool, default: false}
-  raidcfg_path: {description: The raidcfg program., type: str, default: raidcfg}
+  policy_file:
+    description: "The policy file."
+    type: path
+    required: true
+  state:
+    description: "present or absent."
+    type: str
+    default: present
+    choices: [present, absent]
+  replace:
+    description: "Clear the named controllers first when volumes are in the way."
+    type: bool
+    default: false
+extends_documentation_fragment: [raidcfg.fleet.connection]
 author: raidcfg developers
 """
 

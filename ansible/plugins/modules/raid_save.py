@@ -13,16 +13,11 @@ description:
     a reference server with M(raidcfg.fleet.raid_policy).
   - C(changed) only when the content differs from what I(dest) holds. Check mode writes nothing.
 options:
-  dest: {description: Where the policy file goes., type: path, required: true}
-  bmc: {description: The BMC, HOST[:PORT]., type: str, required: true}
-  user: {description: The BMC user., type: str, required: true}
-  password: {description: The BMC password; handed to raidcfg in its environment., type: str, required: true}
-  http: {description: Plain HTTP (emulators on loopback)., type: bool, default: false}
-  validate_certs: {description: Verify the BMC's TLS certificate., type: bool, default: true}
-  ca_path: {description: A PEM file of certificates to trust for the BMC., type: path}
-  timeout: {description: Seconds per request to the BMC., type: int}
-  cfc: {description: The server is a CFC system., type: bool, default: false}
-  raidcfg_path: {description: The raidcfg program., type: str, default: raidcfg}
+  dest:
+    description: "Where the policy file goes."
+    type: path
+    required: true
+extends_documentation_fragment: [raidcfg.fleet.connection]
 author: raidcfg developers
 """
 

@@ -80,3 +80,35 @@ def test_facts_hold_every_controller_with_its_disks_volumes_and_hot_spares():
     assert sorted(int(d["DiskID"]) for d in lsi["disks"]) == list(range(9))
     assert [v["Name"] for v in lsi["volumes"]] == ["vd0"]
     assert lsi["hot_spares"] == [{"disk": "4", "type": "dedicated"}, {"disk": "5", "type": "global"}]
+
+
+def _documentation(path):
+    import ast
+
+    import yaml
+
+    with open(path) as source:
+        tree = ast.parse(source.read())
+    for node in ast.walk(tree):
+        if isinstance(node, ast.Assign) and getattr(node.targets[0], "id", "") == "DOCUMENTATION":
+            return yaml.safe_load(node.value.value)
+    raise AssertionError("no DOCUMENTATION in " + path)
+
+
+@pytest.mark.parametrize("module, own", [("raid_facts", []), ("raid_save", ["dest"]),
+                                         ("raid_policy", ["policy_file", "replace", "state"])])
+def test_every_module_documents_exactly_the_options_it_takes(module, own):
+    plugins = os.path.join(REPOSITORY, "ansible", "plugins")
+    documentation = _documentation(os.path.join(plugins, "modules", module + ".py"))
+    import importlib.util
+
+    spec = importlib.util.spec_from_file_location(
+        "connection", os.path.join(plugins, "doc_fragments", "connection.py"))
+    fragment = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(fragment)
+    import yaml
+
+    common = yaml.safe_load(fragment.ModuleDocFragment.DOCUMENTATION)["options"]
+    assert documentation["extends_documentation_fragment"] == ["raidcfg.fleet.connection"]
+    assert sorted(common) == sorted(runner.CONNECTION_ARGS)
+    assert sorted(documentation.get("options") or {}) == sorted(own)
