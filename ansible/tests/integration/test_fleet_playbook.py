@@ -26,14 +26,14 @@ def setup_module():
 
 
 class Emulator:
-    def __init__(self, directory, index):
+    def __init__(self, directory, index, latency_ms=0):
         self.machine = os.path.join(directory, "m%d.json" % index)
         self.log = os.path.join(directory, "requests%d.log" % index)
         port_file = os.path.join(directory, "port%d" % index)
         shutil.copyfile(DEMO, self.machine)
         self.process = subprocess.Popen(
             [os.path.join(BIN, "raidcfg-bmc"), "--machine", self.machine, "--port-file", port_file,
-             "--log-requests", self.log],
+             "--log-requests", self.log, "--latency-ms", str(latency_ms)],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         deadline = time.time() + 15
         while not os.path.exists(port_file) and time.time() < deadline:
@@ -73,9 +73,9 @@ def fleet(tmp_path):
         emulator.stop()
 
 
-def play(tmp_path, collections, emulators, extra=(), replace=False, tasks=None):
+def play(tmp_path, collections, emulators, extra=(), replace=False, tasks=None, during=None):
     """Runs the playbook (raid_policy, or the tasks given) over every emulator; {host: recap
-    counts} and the output."""
+    counts} and the output. during, when given, is called while the play runs."""
     with open(tmp_path / "inventory.ini", "w") as inventory:
         inventory.write("[servers]\n")
         for i, emulator in enumerate(emulators):
@@ -96,13 +96,17 @@ def play(tmp_path, collections, emulators, extra=(), replace=False, tasks=None):
         playbook.write("- hosts: servers\n  gather_facts: false\n  tasks:\n" + tasks)
     env = dict(os.environ, ANSIBLE_COLLECTIONS_PATH=str(collections), ANSIBLE_NOCOLOR="1",
                ANSIBLE_HOST_KEY_CHECKING="0", ANSIBLE_LOCAL_TEMP=str(tmp_path / "tmp"))
-    run = subprocess.run(["ansible-playbook", "-i", str(tmp_path / "inventory.ini"), "-f", "8",
-                          str(tmp_path / "play.yml")] + list(extra),
-                         env=env, capture_output=True, text=True, cwd=str(tmp_path))
+    process = subprocess.Popen(
+        ["ansible-playbook", "-i", str(tmp_path / "inventory.ini"), "-f", "8",
+         str(tmp_path / "play.yml")] + list(extra),
+        env=env, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, cwd=str(tmp_path))
+    if during is not None:
+        during()
+    stdout, stderr = process.communicate(timeout=600)
     recap = {}
-    for host, counts in re.findall(r"^(srv\d+)\s*:\s*(.*)$", run.stdout, re.M):
+    for host, counts in re.findall(r"^(srv\d+)\s*:\s*(.*)$", stdout, re.M):
         recap[host] = dict((k, int(v)) for k, v in re.findall(r"(\w+)=(\d+)", counts))
-    return recap, run.stdout + run.stderr
+    return recap, stdout + stderr
 
 
 def volumes(emulator):
@@ -142,12 +146,23 @@ def test_check_mode_reports_a_change_and_changes_no_machine_file(fleet):
     assert "ctrl1-vol1: create" in output
 
 
-def test_a_stopped_bmc_fails_its_host_with_raidcfgs_message_and_the_others_complete(fleet):
+def test_a_bmc_stopped_mid_play_fails_its_host_with_raidcfgs_message_and_others_complete(fleet):
     tmp_path, emulators, collections = fleet
+    # A slow BMC, stopped once the play has reached it.
     emulators[3].stop()
-    recap, output = play(tmp_path, collections, emulators)
+    emulators[3] = Emulator(str(tmp_path), 3, latency_ms=300)
+
+    def stop_when_reached():
+        deadline = time.time() + 60
+        while time.time() < deadline:
+            if os.path.exists(emulators[3].log) and os.path.getsize(emulators[3].log) > 0:
+                break
+            time.sleep(0.02)
+        emulators[3].stop()
+
+    recap, output = play(tmp_path, collections, emulators, during=stop_when_reached)
     assert recap["srv3"]["failed"] == 1, output
-    assert "13 Connection failed." in output
+    assert re.search(r"srv3.*failed: \d+ ", output), output
     assert "Traceback" not in output
     for host, counts in recap.items():
         if host != "srv3":
