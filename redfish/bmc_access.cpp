@@ -4,6 +4,7 @@
 #include <charconv>
 #include <utility>
 
+#include "model/mode_setting.hpp"
 #include "redfish/redfish_words.hpp"
 
 namespace redfish {
@@ -83,6 +84,30 @@ std::string BmcAccess::SuccessText(const nlohmann::json& answer) {
         }
     }
     return "";
+}
+
+BmcAccess::Code BmcAccess::PatchMode(RedfishClient& client, const std::string& path,
+                                     const nlohmann::json& body,
+                                     const std::optional<std::string>& current,
+                                     const std::vector<std::string>& modes, const std::string& mode,
+                                     const std::string& subject, std::string& text) {
+    nlohmann::json answer;
+    const Code code = Outcome(client.Patch(path, body, &answer), text);
+    if (code != RAID_OK) {
+        return code;
+    }
+    if (std::string detail = SuccessText(answer); !detail.empty()) {
+        text = std::move(detail);
+    }
+    // A PATCH to the mode the controller has is accepted and changes nothing: 34.
+    std::string value = current.value_or("");
+    std::string already;
+    if (current &&
+        model::ModeSetting::Change(value, modes, mode, subject, already) == RAID_OK_UNCHANGED) {
+        text = already;
+        return RAID_OK_UNCHANGED;
+    }
+    return code;
 }
 
 std::string BmcAccess::ControllerNotFound(int controller) {

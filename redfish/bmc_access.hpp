@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,14 @@ public:
     // why nothing changed): the text of a "Raidcfg.1.0.Completed" or "Raidcfg.1.0.AlreadySet"
     // message; empty for any other answer.
     static std::string SuccessText(const nlohmann::json& answer);
+    // PATCHes a controller setting with a fixed set of modes (body at path) and reads the answer
+    // as the simulated controller gives it: the detail behind "Success.", or 34 with why
+    // nothing changed when current already stood at mode ("key management is already in
+    // local mode"). current is the setting as read, unset when the controller lacks it.
+    static Code PatchMode(RedfishClient& client, const std::string& path,
+                          const nlohmann::json& body, const std::optional<std::string>& current,
+                          const std::vector<std::string>& modes, const std::string& mode,
+                          const std::string& subject, std::string& text);
     // Where a disk, a volume and the controller itself are addressed on the BMC.
     static std::string DrivePath(const ControllerLinks& links, const std::string& disk);
     static std::string VolumePath(const ControllerLinks& links, int volume);

@@ -1,8 +1,5 @@
 #include "redfish/redfish_encryption_driver.hpp"
 
-#include <string>
-#include <utility>
-
 #include "backend/ekm_controller.hpp"
 #include "model/controller_reader.hpp"
 #include "model/key_rules.hpp"
@@ -70,24 +67,8 @@ RedfishEncryptionDriver::Code RedfishEncryptionDriver::ChangeEKMMode(int control
             if (!standard.empty()) {
                 body["EncryptionMode"] = standard;
             }
-            json answer;
-            const Code code = BmcAccess::Outcome(client.Patch(links.storage, body, &answer), text);
-            // The controller's detail behind "Success.", when it gives one.
-            if (std::string detail = BmcAccess::SuccessText(answer);
-                code == RAID_OK && !detail.empty()) {
-                text = std::move(detail);
-            }
-            // A PATCH to the mode the controller has is accepted and changes
-            // nothing: 34.
-            std::string current = model.ekm_mode.value_or("");
-            std::string already;
-            if (code == RAID_OK && model.ekm_mode &&
-                model::ModeSetting::Change(current, model.ekm_modes, mode, "key management",
-                                           already) == RAID_OK_UNCHANGED) {
-                text = already;
-                return RAID_OK_UNCHANGED;
-            }
-            return code;
+            return BmcAccess::PatchMode(client, links.storage, body, model.ekm_mode,
+                                        model.ekm_modes, mode, "key management", text);
         });
 }
 

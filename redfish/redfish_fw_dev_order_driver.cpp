@@ -1,11 +1,7 @@
 #include "redfish/redfish_fw_dev_order_driver.hpp"
 
-#include <string>
-#include <utility>
-
 #include "backend/fw_dev_order_controller.hpp"
 #include "model/controller_reader.hpp"
-#include "model/mode_setting.hpp"
 #include "redfish/redfish_connection.hpp"
 
 namespace redfish {
@@ -37,24 +33,9 @@ RedfishFwDevOrderDriver::TurnFirmwareDeviceOrder(int controller, const std::stri
                 return model::ControllerReader::NoFirmwareOrder(text);
             }
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
-            json answer;
-            const Code code = BmcAccess::Outcome(
-                client.Patch(BmcAccess::ControllerPath(links), body, &answer), text);
-            if (std::string detail = BmcAccess::SuccessText(answer);
-                code == RAID_OK && !detail.empty()) {
-                text = std::move(detail);
-            }
-            // A PATCH to the value the controller has is accepted and changes nothing: 34.
-            std::string current = model.fw_device_order.value_or("");
-            std::string already;
-            if (code == RAID_OK && model.fw_device_order &&
-                model::ModeSetting::Change(current, model.fw_device_order_modes, mode,
-                                           "the firmware device order",
-                                           already) == RAID_OK_UNCHANGED) {
-                text = already;
-                return RAID_OK_UNCHANGED;
-            }
-            return code;
+            return BmcAccess::PatchMode(client, BmcAccess::ControllerPath(links), body,
+                                        model.fw_device_order, model.fw_device_order_modes, mode,
+                                        "the firmware device order", text);
         });
 }
 

@@ -568,24 +568,9 @@ RedfishRaidDriver::Code RedfishRaidDriver::SetFirmwareDeviceOrderCtrl(int contro
                 return RAID_DEVICE_UNSUPPORTED;
             }
             const json body = {{"Oem", {{"Raidcfg", {{"FirmwareDeviceOrder", mode}}}}}};
-            json answer;
-            const Code code = BmcAccess::Outcome(
-                client.Patch(BmcAccess::ControllerPath(links), body, &answer), text);
-            if (std::string detail = BmcAccess::SuccessText(answer);
-                code == RAID_OK && !detail.empty()) {
-                text = std::move(detail);
-            }
-            // A PATCH to the value the controller has is accepted and changes nothing: 34.
-            std::string current = model.fw_device_order.value_or("");
-            std::string already;
-            if (code == RAID_OK && model.fw_device_order &&
-                model::ModeSetting::Change(current, model.fw_device_order_modes, mode,
-                                           "the firmware device order",
-                                           already) == RAID_OK_UNCHANGED) {
-                text = already;
-                return RAID_OK_UNCHANGED;
-            }
-            return code;
+            return BmcAccess::PatchMode(client, BmcAccess::ControllerPath(links), body,
+                                        model.fw_device_order, model.fw_device_order_modes, mode,
+                                        "the firmware device order", text);
         });
 }
 
