@@ -18,6 +18,7 @@
 
 #include "host/action_help.hpp"
 #include "host/bmc_address.hpp"
+#include "host/file_text.hpp"
 
 #ifndef RAIDCFG_VERSION
 #define RAIDCFG_VERSION "unknown"
@@ -131,33 +132,6 @@ Scan ScanArguments(int argc, const char* const* argv) {
         scan.positionals.push_back(arg);
     }
     return scan;
-}
-
-// The whole content of a file, or false with the system's reason.
-bool ReadWholeFile(const std::string& path, std::string& content, std::string& reason) {
-    std::error_code code;
-    if (std::filesystem::is_directory(path, code)) {
-        reason = std::strerror(EISDIR);
-        return false;
-    }
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr) {
-        reason = std::strerror(errno);
-        return false;
-    }
-    std::array<char, 65536> buffer{};
-    std::size_t count = 0;
-    while ((count = std::fread(buffer.data(), 1, buffer.size(), file)) > 0) {
-        content.append(buffer.data(), count);
-    }
-    const bool failed = std::ferror(file) != 0;
-    const int error = errno;
-    std::fclose(file);
-    if (failed) {
-        reason = std::strerror(error);
-        return false;
-    }
-    return true;
 }
 
 std::string WithSlash(std::string dir) {
@@ -295,7 +269,7 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     if (given("--cacert")) {
         std::string content;
         std::string reason;
-        if (!ReadWholeFile(values["--cacert"], content, reason)) {
+        if (!FileText::Read(values["--cacert"], content, reason)) {
             return Fail("--cacert: cannot read '" + values["--cacert"] + "': " + reason);
         }
         connect.ca_file = values["--cacert"];
@@ -313,7 +287,7 @@ bool CommandLine::Parse(int argc, const char* const* argv) {
     if (!machine.empty() && machine != "demo") {
         std::string content;
         std::string reason;
-        if (!ReadWholeFile(machine, content, reason)) {
+        if (!FileText::Read(machine, content, reason)) {
             return Fail(machine_source + ": cannot read '" + machine + "': " + reason);
         }
         // Its content is judged when the machine is put to use, before anything runs.

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
@@ -16,6 +15,7 @@
 #include "host/action_help.hpp"
 #include "host/bmc_address.hpp"
 #include "host/command_line.hpp"
+#include "host/file_text.hpp"
 #include "host/policy_diff.hpp"
 #include "host/policy_sections.hpp"
 #include "redfish/redfish_backends.hpp"
@@ -41,18 +41,6 @@ bool MakeDirectory(const std::string& dir, std::string& reason) {
         reason = code ? code.message() : std::string("not a directory");
         return false;
     }
-    return true;
-}
-
-bool ReadText(const std::string& path, std::string& text, std::string& reason) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        reason = std::strerror(errno);
-        return false;
-    }
-    std::ostringstream content;
-    content << in.rdbuf();
-    text = content.str();
     return true;
 }
 
@@ -146,7 +134,7 @@ int HostRunner::Diff(const HostSettings& settings, std::ostream& out, std::ostre
     std::string text;
     std::string reason;
     std::vector<PolicySections::Section> wanted;
-    if (!ReadText(option.policy_file, text, reason)) {
+    if (!FileText::Read(option.policy_file, text, reason)) {
         err << "raidcfg: --file: cannot read '" << option.policy_file << "': " << reason << '\n';
         return CommandLine::kExitBadCommandLine;
     }
@@ -175,7 +163,7 @@ int HostRunner::Diff(const HostSettings& settings, std::ostream& out, std::ostre
         return service::ServiceRaid(save).Run();
     }();
     std::vector<PolicySections::Section> live;
-    bool read = result.code() == 0 && ReadText(save.policy_file, text, reason) &&
+    bool read = result.code() == 0 && FileText::Read(save.policy_file, text, reason) &&
                 PolicySections::Parse(text, live, reason);
     std::error_code ignored;
     std::filesystem::remove_all(scratch, ignored);
